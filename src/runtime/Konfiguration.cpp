@@ -1,0 +1,194 @@
+#include "runtime/Konfiguration.h"
+
+#include <numeric>
+
+#include "common/CodePage.h"
+#include "common/Numbers.h"
+#include "common/Text.h"
+#include "platform/ProfileFiles.h"
+#include "platform/Registry.h"
+#include "runtime/Global.h"
+#include "runtime/Reporting.h"
+#include "runtime/Trace.h"
+
+namespace kartix {
+namespace {
+
+/// Size of the buffers that settings are read into, in characters.
+constexpr std::size_t settingSize = 1024;
+
+/// From this day on the exchanges always go through the host's automation objects.
+constexpr std::string_view automationSince = "20141117";
+
+constexpr std::string_view imageRootKey = "Software\\Tessel\\ARGO Anwendungen\\Version 9\\KXFS\\FOTOFS\\";
+
+constexpr std::string_view sectionDatabase = "FS";
+constexpr std::string_view sectionRegister = "ZKR";
+constexpr std::string_view sectionGateway = "ZEVIS";
+
+std::string padLeft(std::string text, std::size_t width) {
+  const std::size_t length = text::length(text);
+  return length < width ? std::string(width - length, '0') + text : text;
+}
+
+}  // namespace
+
+Konfiguration::Konfiguration(platform::Registry& registry, platform::ProfileFiles& files, Trace& trace,
+                             Global& global, Reporting& reporting)
+    : registry_(registry), files_(files), trace_(trace), global_(global), reporting_(reporting) {}
+
+std::string Konfiguration::RegReadString(std::string_view key, std::string_view name) {
+  const auto value = registry_.RegQueryValueEx(key, name);
+  if (!value) return {};
+  switch (value->type) {
+    case platform::RegistryValue::Type::dword:
+      return std::to_string(value->number);
+    case platform::RegistryValue::Type::string:
+    case platform::RegistryValue::Type::expandString:
+      if (text::length(value->text) > settingSize) return {};
+      return std::string(text::untilNul(value->text));
+    case platform::RegistryValue::Type::other:
+      break;
+  }
+  return {};
+}
+
+bool Konfiguration::RegWriteString(std::string_view key, std::string_view name, std::string_view value) {
+  return registry_.RegCreateKeyEx(key) && registry_.RegSetValueEx(key, name, value);
+}
+
+std::string Konfiguration::GetIni(std::string_view Datei, std::string_view Sektion, std::string_view Schluessel) {
+  trace_.TraceEnter("Global::GetIni");
+  trace_.TraceParam("Datei", Datei);
+  trace_.TraceParam("Sektion", Sektion);
+  trace_.TraceParam("Schluessel", Schluessel);
+  std::string result;
+  if (Datei.empty()) {
+    result = RegReadString(Sektion, Schluessel);
+  } else {
+    const std::string value = files_.GetPrivateProfileString(Sektion, Schluessel, "", settingSize, Datei);
+    if (!value.empty()) result = global_.NullTrim(value);
+  }
+  trace_.TraceLeave("Global::GetIni", result);
+  return result;
+}
+
+std::string Konfiguration::parameter(std::string_view Sektion, std::string_view Schluessel, bool& FromIni,
+                                     bool secret) {
+  trace_.TraceEnter("Konfiguration::parameter");
+  std::string iniValue = GetIni(InfoDatei, Sektion, Schluessel);
+  std::string registryValue = GetIni({}, std::string(productKey) + std::string(Sektion), Schluessel);
+  if (secret) {
+    iniValue = global_.DecryptLong(iniValue);
+    registryValue = global_.DecryptLong(registryValue);
+  }
+  registryValue = text::trim(registryValue);
+  FromIni = registryValue.empty();
+  std::string result = FromIni ? text::trim(iniValue) : registryValue;
+  trace_.TraceLeave("Konfiguration::parameter", secret ? std::string_view("*****") : std::string_view(result));
+  return result;
+}
+
+std::string Konfiguration::read(std::string_view section, std::string_view name) {
+  bool fromIni = false;
+  return parameter(section, name, fromIni, false);
+}
+
+std::string Konfiguration::readSecret(std::string_view section, std::string_view name) {
+  bool fromIni = false;
+  return parameter(section, name, fromIni, true);
+}
+
+void Konfiguration::init() {
+  trace_.TraceEnter("Konfiguration::init");
+  InfoDatei = GetIni({}, productKey, "InfoDatei");
+  readDatabase();
+  readSwitches();
+  readGateway();
+  readRegister();
+  trace_.TraceLeave("Konfiguration::init");
+}
+
+void Konfiguration::readDatabase() {
+  ServerIP = read(sectionDatabase, "ServerIP");
+  ServerPort = read(sectionDatabase, "ServerPort");
+  SysUser = read(sectionDatabase, "SysUser");
+  SysPass = readSecret(sectionDatabase, "SysPass");
+  DBName = read(sectionDatabase, "DBName");
+  DBUser = read(sectionDatabase, "DBUser");
+  DBPass = readSecret(sectionDatabase, "DBPass");
+}
+
+void Konfiguration::readSwitches() {
+  ZKRNeu = read(sectionRegister, "ZKRNeu") == "1" || global_.TodayDB() >= automationSince;
+  Testsystem = read(sectionRegister, "Testsystem") == "1";
+  if (Testsystem) reporting_.InfoMsg("Achtung, Testsystem", hintCaption);
+  SektionKennung = read(sectionRegister, "SektionKennung");
+  if (SektionKennung != "ZEVIS" && SektionKennung != "ZKR" && SektionKennung != "KBA") SektionKennung = "ZKR";
+}
+
+void Konfiguration::readGateway() {
+  ZEVISUserName = read(SektionKennung, "ZEVISUserName");
+  ZEVISPass = parameter(SektionKennung, "ZEVISPass", ZEVISPassFromIni, true);
+  AllowPassChange = read(SektionKennung, "AllowPassChange") == "1";
+  ZEVISAuthURI = read(sectionGateway, "ZEVISAuthURI");
+  ZEVISServer = read(sectionGateway, "ZEVISServer");
+  ZEVISPort = read(sectionGateway, "ZEVISPort");
+  GATEWAY = leadingInt16(read(sectionGateway, "GATEWAY"));
+  GATEWAYCert = read(sectionGateway, "GATEWAYCert");
+  GATEWAYPkey = read(sectionGateway, "GATEWAYPkey");
+  GATEWAYCertPass = readSecret(sectionGateway, "GATEWAYCertPass");
+  if (GATEWAYCert.empty() && GATEWAY > 0) reporting_.ReportError(102);
+  if (GATEWAYPkey.empty() && GATEWAY > 0) reporting_.ReportError(103);
+}
+
+void Konfiguration::readRegister() {
+  KENZA = read(sectionRegister, "KENZA");
+  BestellURI = read(sectionRegister, "BestellURI");
+  AnfrageURI = read(sectionRegister, "AnfrageURI");
+  MitteilungsURI = read(sectionRegister, "MitteilungsURI");
+  ZPPER = read(sectionRegister, "ZPPER");
+  BehoerdeVorderseite = read(sectionRegister, "BehoerdeVorderseite");
+  BehoerdeRueckseite = read(sectionRegister, "BehoerdeRueckseite");
+  DTDHost1 = read(sectionGateway, "DTDHost1");
+  if (DTDHost1.empty()) DTDHost1 = "test.zevis.example";
+  DTDHost2 = read(sectionGateway, "DTDHost2");
+  if (DTDHost2.empty()) DTDHost2 = "zevis.example";
+  SecureProxy = read(sectionGateway, "SecureProxy");
+  const std::string ansi = codepage::toAnsi(ZPPER);
+  const unsigned sum = std::accumulate(ansi.begin(), ansi.end(), 0U,
+                                       [](unsigned total, char c) { return total + static_cast<unsigned char>(c); });
+  CookieSlot = static_cast<std::int16_t>(sum % 5);
+}
+
+void Konfiguration::writeIni(std::string_view Schluessel, std::string_view value) {
+  files_.WritePrivateProfileString(SektionKennung, Schluessel, value, InfoDatei);
+}
+
+void Konfiguration::SaveZEVISPass(std::string_view newPass) {
+  const std::string scrambled = global_.CryptLong(newPass);
+  if (ZEVISPassFromIni) {
+    writeIni("ZEVISPass", scrambled);
+  } else {
+    RegWriteString(std::string(productKey) + SektionKennung, "ZEVISPass", scrambled);
+  }
+}
+
+bool Konfiguration::GetImageDir(std::string_view personennummer) {
+  constexpr std::size_t numberWidth = 10;
+  constexpr std::size_t groupWidth = 5;
+  constexpr std::int32_t groupSize = 250;
+
+  ImageDir.clear();
+  std::string root = text::trim(GetIni({}, imageRootKey, "KODSImageDir"));
+  if (root.empty()) return false;
+  if (!root.ends_with('\\')) root += '\\';
+  const std::string number = padLeft(text::trim(personennummer), numberWidth);
+  const std::string last = text::mid(number, text::length(number) - groupWidth);
+  const std::string group = std::to_string(leadingInt32(last) / groupSize * groupSize);
+  ImageDir = root + text::mid(number, 0, 2) + "\\" + text::mid(number, 2, 3) + "\\" + padLeft(group, groupWidth) +
+             "\\" + number;
+  return true;
+}
+
+}  // namespace kartix

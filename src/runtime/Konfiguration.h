@@ -1,0 +1,110 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kartix::platform {
+class ProfileFiles;
+class Registry;
+}  // namespace kartix::platform
+
+namespace kartix {
+
+class Global;
+class Reporting;
+class Trace;
+
+/// Registry key of the product; its sub-keys are the sections. Ends in "\".
+inline constexpr std::string_view productKey = "Software\\Tessel\\ARGO KBA ONLINE\\";
+
+/// The settings of the installation, read once by `init`: first from the registry, and where that is empty from the
+/// ini file that `InfoDatei` names. A setting that is found nowhere is empty.
+class Konfiguration {
+ public:
+  Konfiguration(platform::Registry& registry, platform::ProfileFiles& files, Trace& trace, Global& global,
+                Reporting& reporting);
+
+  /// Reads every setting. Never fails; a missing client certificate or key is reported and reading goes on.
+  void init();
+
+  /// Value of one setting, trimmed. `FromIni` tells whether it came from the ini file (also when it is empty);
+  /// `secret` values are unscrambled and masked in the trace.
+  std::string parameter(std::string_view Sektion, std::string_view Schluessel, bool& FromIni, bool secret);
+
+  /// Value of an ini file, or with an empty `Datei` of registry key `Sektion`; empty when missing.
+  std::string GetIni(std::string_view Datei, std::string_view Sektion, std::string_view Schluessel);
+
+  /// Text of a registry value below the current user's root: strings as they are, numbers in decimal, anything else
+  /// and what is longer than 1024 bytes empty.
+  std::string RegReadString(std::string_view key, std::string_view name);
+  /// True when the value was written.
+  bool RegWriteString(std::string_view key, std::string_view name, std::string_view value);
+
+  /// Writes a value of the ini file `InfoDatei`, section `SektionKennung`. The outcome is ignored.
+  void writeIni(std::string_view Schluessel, std::string_view value);
+
+  /// Stores a new gateway password, scrambled, where the old one came from. The outcome of the write is ignored.
+  void SaveZEVISPass(std::string_view newPass);
+
+  /// Works out the image path (without extension) of a person and sets `ImageDir`; False when the installation names
+  /// no image directory.
+  bool GetImageDir(std::string_view personennummer);
+
+  std::string InfoDatei;
+
+  std::string ServerIP;
+  std::string ServerPort;
+  std::string SysUser;
+  std::string SysPass;
+  std::string DBName;
+  std::string DBUser;
+  std::string DBPass;
+
+  bool ZKRNeu = false;
+  bool Testsystem = false;
+  std::string SektionKennung;
+  std::string ZEVISUserName;
+  std::string ZEVISPass;
+  bool ZEVISPassFromIni = false;
+  bool AllowPassChange = false;
+
+  std::string ZEVISAuthURI;
+  std::string ZEVISServer;
+  std::string ZEVISPort;
+  std::int16_t GATEWAY = 0;
+  std::string GATEWAYCert;
+  std::string GATEWAYPkey;
+  std::string GATEWAYCertPass;
+
+  std::string KENZA;
+  std::string BestellURI;
+  std::string AnfrageURI;
+  std::string MitteilungsURI;
+  std::string ZPPER;
+  std::string BehoerdeVorderseite;
+  std::string BehoerdeRueckseite;
+
+  std::string DTDHost1;     ///< host of the document types of the test gateway
+  std::string DTDHost2;     ///< host of the document types otherwise
+  std::string SecureProxy;  ///< "host:port"
+
+  std::int16_t CookieSlot = 0;  ///< 0 to 4
+  std::string ImageDir;
+
+ private:
+  std::string read(std::string_view section, std::string_view name);
+  std::string readSecret(std::string_view section, std::string_view name);
+  void readDatabase();
+  void readSwitches();
+  void readGateway();
+  void readRegister();
+
+  platform::Registry& registry_;
+  platform::ProfileFiles& files_;
+  Trace& trace_;
+  Global& global_;
+  Reporting& reporting_;
+};
+
+}  // namespace kartix

@@ -1,0 +1,64 @@
+#include "runtime/Runtime.h"
+
+#include "common/Numbers.h"
+#include "common/Text.h"
+#include "platform/UserInterface.h"
+#include "platform/forms/Form.h"
+
+namespace kartix {
+namespace {
+
+const std::string traceKey = std::string(productKey) + "ZFER\\";
+
+}  // namespace
+
+Runtime::Runtime(const platform::Platform& parts)
+    : machine(parts),
+      trace(parts.clock),
+      global(trace, parts.dbe, parts.userInterface, parts.clock),
+      reporting(trace, global),
+      konfiguration(parts.registry, parts.profileFiles, trace, global, reporting) {
+  trace.onWriteFailure = [this] { reporting.ReportError(106); };
+}
+
+void Runtime::TraceOpen() {
+  // The trace state belongs to all objects of the process: a new object begins a new file.
+  trace.close();
+  const std::int16_t level = leadingInt16(konfiguration.GetIni({}, traceKey, "DebugLevel"));
+  if (level <= 0) return;
+  const std::string file = text::trim(konfiguration.GetIni({}, traceKey, "DebugFile"));
+  if (!trace.open(file, level)) {
+    reporting.ReportError(105, file);
+    return;
+  }
+  reporting.InfoMsg("Debuglevel: " + std::to_string(level) + "\r\nDatei: " + file, hintCaption);
+  trace.start();
+  trace.TraceLine("ARGO Kartix", trace_level::calls);
+  trace.TraceSeparator();
+  trace.TraceRegDump();
+}
+
+void Runtime::TraceClose() {
+  if (!trace.TraceOn()) return;
+  trace.TraceSeparator();
+  trace.TraceLine("EOF", trace_level::calls);
+  const std::string file = trace.DebugFile();
+  trace.close();
+  reporting.InfoMsg("Debug-Datei " + file + " geschlossen.", hintCaption);
+}
+
+void Runtime::showModal(forms::Form& form) {
+  form.load();
+  if (form.failure().empty()) {
+    const auto result = machine.userInterface.showModal(form);
+    if (result == platform::UserInterface::ShowResult::noDisplay) {
+      trace.TraceLine("Fenster " + form.name() + " kann nicht angezeigt werden: keine Anzeige vorhanden",
+                      trace_level::calls);
+    }
+  }
+  if (!form.failure().empty()) {
+    trace.TraceLine("Fenster " + form.name() + " abgebrochen: " + form.failure(), trace_level::calls);
+  }
+}
+
+}  // namespace kartix

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Platform.h"
+#include "runtime/Global.h"
+#include "runtime/Konfiguration.h"
+#include "runtime/Reporting.h"
+#include "runtime/Trace.h"
+
+namespace kartix {
+
+/// What every room of the component works with: the machine, the trace, the helpers, messages and settings.
+class Runtime {
+ public:
+  explicit Runtime(const platform::Platform& parts);
+  Runtime(const Runtime&) = delete;
+  Runtime& operator=(const Runtime&) = delete;
+
+  /// Opens the trace file when the settings ask for one, and tells the clerk. A failure is reported; the component
+  /// then works without trace.
+  void TraceOpen();
+  /// Ends and closes the trace file when it is open, and tells the clerk.
+  void TraceClose();
+
+  /// Loads `form` and shows it modally until it is hidden. A failure in one of its handlers, or a missing display,
+  /// is traced; the form then holds its failure value.
+  void showModal(forms::Form& form);
+
+  platform::Platform machine;
+  Trace trace;
+  Global global;
+  Reporting reporting;
+  Konfiguration konfiguration;
+
+  std::string ClerkName;  ///< the acting clerk, as named by the host
+};
+
+}  // namespace kartix
