@@ -10,11 +10,10 @@ namespace {
 
 constexpr std::string_view separator = "************************************************************";
 
-/// A new file is made for its owner alone before anything is written to it; devices keep their rights.
+/// A new file is made for its owner alone before anything is written to it.
 void restrictToOwner(const std::string& path) {
   namespace fs = std::filesystem;
   std::error_code ignored;
-  if (!fs::is_regular_file(path, ignored)) return;
   fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write, ignored);
 }
 
@@ -25,9 +24,11 @@ bool Trace::open(const std::string& file, std::int16_t level) {
   path_ = file;
   level_ = level;
   if (file.empty()) return false;
+  std::error_code ignored;
+  const bool existed = std::filesystem::exists(file, ignored);
   file_.reset(std::fopen(file.c_str(), "wb"));
   if (!file_) return false;
-  restrictToOwner(file);
+  if (!existed) restrictToOwner(file);
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);
   return true;
 }

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "kartix/Export.h"
+
+namespace kartix {
+
+class Runtime;
+
+/// Personal data of one person of the host database. All fields are UTF-8 text; dates are in database form
+/// "yyyymmdd".
+///
+/// ```cpp
+/// kartix::CPersonalien person;
+/// person.familienname = "Meier";
+/// person.vornamen = "Anna Maria";
+/// bool written = person.update("4711");
+/// ```
+class KARTIX_EXPORT CPersonalien {
+ public:
+  /// A record of the component that this process shares.
+  CPersonalien();
+  /// A record of a component of its own.
+  explicit CPersonalien(Runtime& runtime);
+
+  std::string personennummer = "0";  ///< key of the person in the host database
+  std::string familienname;
+  std::string geburtsname;
+  std::string vornamen;  ///< all first names, separated by blanks
+  std::string geburtsdatum;
+  std::string geburtsort;
+  std::string titel;
+  std::string zusatzf;  ///< name parts before the family name
+  std::string zusatzg;  ///< name parts before the birth name
+  std::string fernr;    ///< carried, never written
+  std::string fsnr;     ///< driving licence number; never written
+  std::string strasse;
+  std::string plz;
+  std::string wohnort;
+  std::string vhkgebdat;  ///< carried, never written
+
+  /// Takes "Herr" or "1", "Frau" or "2"; anything else empties the salutation.
+  void setAnrede(std::string_view value);
+  const std::string& anrede() const { return anrede_; }      ///< "Herr", "Frau" or empty
+  const std::string& argoanrede() const { return anrede_; }  ///< the host's word: "Herr", "Frau" or empty
+  std::string kbaanrede() const;                             ///< the register's code: "1", "2" or "0"
+
+  /// Writes the fields that are not empty to the record of person `spersonennummer` and adds a row to the host's
+  /// log. False when there is nothing to write, the number is not all digits, or the database refuses.
+  bool update(const std::string& spersonennummer);
+
+ private:
+  Runtime* runtime_;
+  std::string anrede_;
+};
+
+}  // namespace kartix

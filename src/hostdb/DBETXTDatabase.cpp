@@ -1,0 +1,178 @@
+#include "kartix/DBETXTDatabase.h"
+
+#include "common/Numbers.h"
+#include "common/Text.h"
+#include "platform/DbeLibrary.h"
+#include "runtime/Runtime.h"
+
+namespace kartix {
+namespace {
+
+constexpr std::size_t maxFields = 400;
+constexpr std::size_t fieldSize = 4096;
+constexpr std::size_t smallBuffer = 10;
+
+constexpr std::int16_t noClient = -2;
+constexpr std::int16_t noConnection = -3;
+constexpr std::int16_t noDatabase = -4;
+
+std::string_view openFailure(std::int16_t code) {
+  switch (code) {
+    case noClient:
+      return "DBE Client konnte nicht initialisiert werden.";
+    case noConnection:
+      return "DBE Server: IP, Port, Systembenutzer oder Systempasswort falsch.";
+    case noDatabase:
+      return "Datenbank: DB-Benutzer, DB-Passwort oder DB-Name falsch.";
+    default:
+      return "OpenDatabase: Unbekannter Fehler.";
+  }
+}
+
+std::string cleaned(std::string_view buffer) { return text::trim(text::untilNul(buffer)); }
+
+}  // namespace
+
+DBETXTDatabase::DBETXTDatabase(Runtime& runtime) : runtime_(runtime) {}
+
+DBETXTDatabase::~DBETXTDatabase() {
+  if (!Open_) return;
+  runtime_.machine.dbe.DBE_Disconnect(client_, connection_);
+  runtime_.machine.dbe.DBE_CLEANUP(client_);
+}
+
+std::string DBETXTDatabase::db_prepare(const std::string& val) {
+  return val.empty() ? " " : text::replaceAll(val, "'", "''");
+}
+
+bool DBETXTDatabase::init(const std::string& sDBEip, const std::string& sDBEPort, const std::string& sSysUser,
+                          const std::string& sSysPass, const std::string& sDBName, const std::string& sDBUser,
+                          const std::string& sdbPass, const std::string& sAppkey) {
+  Trace& trace = runtime_.trace;
+  trace.TraceEnter("DBETXTDatabase::init");
+  trace.TraceParam("sDBEip", sDBEip);
+  trace.TraceParam("sDBEPort", sDBEPort);
+  trace.TraceParam("sSysUser", sSysUser);
+  trace.TraceParam("sSysPass", sSysPass);
+  trace.TraceParam("sDBName", sDBName);
+  trace.TraceParam("sDBUser", sDBUser);
+  trace.TraceParam("sdbPass", sdbPass);
+  trace.TraceParam("sAppkey", sAppkey);
+  sDBEip_ = sDBEip;
+  sDBEPort_ = sDBEPort;
+  sSysUser_ = sSysUser;
+  sSysPass_ = sSysPass;
+  sDBName_ = sDBName;
+  sDBUser_ = sDBUser;
+  sdbPass_ = sdbPass;
+  sAppkey_ = sAppkey;
+  const std::int16_t code = openDatabase();
+  Ready_ = code == 0;
+  if (!Ready_) runtime_.reporting.showSystemMessage(openFailure(code), "Fehler beim Öffnen der Datenbank");
+  trace.TraceLeave("DBETXTDatabase::exit");
+  return Ready_;
+}
+
+std::int16_t DBETXTDatabase::openDatabase() {
+  const auto open = [&]() -> std::int16_t {
+    platform::DbeLibrary& dbe = runtime_.machine.dbe;
+    client_ = dbe.DBE_Initialize();
+    if (client_ < 0) return noClient;
+    const std::string password = sAppkey_.empty() ? sSysPass_ : sSysPass_ + ";" + sAppkey_;
+    connection_ = dbe.DBE_Connect(client_, 0, sDBEip_, sDBEPort_, sSysUser_, password);
+    if (connection_ < 0) {
+      dbe.DBE_CLEANUP(client_);
+      return noConnection;
+    }
+    if (dbe.DBE_OpenDataBase(client_, connection_, sDBName_, sDBUser_, sdbPass_, 0) != 0) {
+      dbe.DBE_Disconnect(client_, connection_);
+      dbe.DBE_CLEANUP(client_);
+      return noDatabase;
+    }
+    Open_ = true;
+    return 0;
+  };
+  if (Open_) {
+    // A second init replaces the connection.
+    runtime_.machine.dbe.DBE_Disconnect(client_, connection_);
+    runtime_.machine.dbe.DBE_CLEANUP(client_);
+    Open_ = false;
+  }
+  runtime_.trace.TraceEnter("DBETXTDatabase::openDatabase");
+  const std::int16_t code = open();
+  runtime_.trace.TraceLeave("DBETXTDatabase::openDatabase", std::to_string(code));
+  return code;
+}
+
+void DBETXTDatabase::resetDataset() { dataset_.clear(); }
+
+std::string DBETXTDatabase::padded(const std::string& statement, std::size_t size) const {
+  const std::size_t length = text::length(statement);
+  return length < size ? statement + std::string(size - length, ' ') : statement;
+}
+
+std::int32_t DBETXTDatabase::query(std::string& sSql, std::string& sCursor) {
+  row_.clear();
+  if (!Ready_) return -1;
+  platform::DbeLibrary& dbe = runtime_.machine.dbe;
+  std::string buffer = padded(sSql, dbe.TXT_BUFFERSIZE() + 1);
+  std::string cursor(smallBuffer, '\0');
+  std::string count(smallBuffer, '\0');
+  const std::int16_t result = dbe.DBE_Query(client_, connection_, cursor, count, buffer);
+  sSql = cleaned(buffer);
+  if (result < 0) return result;
+  row_ = sSql;
+  sCursor = cleaned(cursor);
+  return leadingInt32(count);
+}
+
+std::int32_t DBETXTDatabase::queryNext(std::string& sBuf, const std::string& sCursor) {
+  if (!Ready_) return -1;
+  platform::DbeLibrary& dbe = runtime_.machine.dbe;
+  row_.clear();
+  std::string count(smallBuffer, ' ');
+  std::string buffer(dbe.TXT_BUFFERSIZE(), ' ');
+  const std::int16_t result = dbe.DBE_GetNextEntry(client_, connection_, 1, sCursor, count, buffer);
+  if (result < 0) {
+    sBuf.clear();
+    return result;
+  }
+  sBuf = cleaned(buffer);
+  row_ = sBuf;
+  return leadingInt32(count);
+}
+
+void DBETXTDatabase::closeCursor(const std::string& sCursor) {
+  if (Ready_) runtime_.machine.dbe.DBE_CloseCursor(client_, connection_, sCursor);
+}
+
+std::string DBETXTDatabase::Datafield(std::int16_t i) const {
+  if (!Ready_ || i < 1 || static_cast<std::size_t>(i) > maxFields || row_.empty()) return {};
+  return cleaned(runtime_.machine.dbe.DBE_COPYBUF(row_, i, fieldSize));
+}
+
+void DBETXTDatabase::addDatafield(const std::string& sVal) {
+  if (dataset_.size() < maxFields) dataset_.push_back(sVal);
+}
+
+std::int16_t DBETXTDatabase::execute(const std::string& statement, bool commit) {
+  platform::DbeLibrary& dbe = runtime_.machine.dbe;
+  const std::size_t size = dbe.TXT_BUFFERSIZE();
+  std::int16_t result = dbe.DBE_Execute(client_, connection_, padded(statement, size));
+  if (commit && result == 0) result = dbe.DBE_Execute(client_, connection_, padded("commit", size));
+  return result;
+}
+
+std::int16_t DBETXTDatabase::addDataset(const std::string& sTable, bool commit) {
+  if (!Ready_ || dataset_.empty()) return -1;
+  std::string statement = "insert into " + sTable + " values (";
+  for (const std::string& value : dataset_) statement += "'" + db_prepare(value) + "',";
+  statement.back() = ')';
+  return execute(statement, commit);
+}
+
+std::int16_t DBETXTDatabase::executeSQL(const std::string& sSql, bool commit) {
+  return Ready_ ? execute(sSql, commit) : std::int16_t{-1};
+}
+
+}  // namespace kartix

@@ -1,0 +1,55 @@
+#include "hostdb/Fahrerkarten.h"
+
+#include <algorithm>
+
+#include "hostdb/Session.h"
+#include "runtime/Runtime.h"
+
+namespace kartix {
+
+void Fahrerkarten::addARGO(const std::string& antragsdatum, const std::string& ausdatum,
+                           const std::string& bestelldatum, const std::string& gueltigab,
+                           const std::string& gueltigbis, const std::string& kartennr,
+                           const std::string& kartennralt) {
+  Trace& trace = runtime_.trace;
+  trace.TraceEnter("Fahrerkarten::addARGO");
+  trace.TraceParam("antragsdatum", antragsdatum);
+  trace.TraceParam("ausdatum", ausdatum);
+  trace.TraceParam("bestelldatum", bestelldatum);
+  trace.TraceParam("gueltigab", gueltigab);
+  trace.TraceParam("gueltigbis", gueltigbis);
+  trace.TraceParam("kartennr", kartennr);
+  trace.TraceParam("kartennralt", kartennralt);
+  CFahrerkarte card(runtime_);
+  card.antragsdatum = antragsdatum;
+  card.ausdatum = ausdatum;
+  card.bestelldatum = bestelldatum;
+  card.gueltigab = gueltigab;
+  card.gueltigbis = gueltigbis;
+  card.kartennr = kartennr;
+  card.kartennralt = kartennralt;
+  session_.CardList.push_back(std::move(card));
+  ++session_.CardCount;
+  trace.TraceLeave("Fahrerkarten::addARGO");
+}
+
+std::int16_t Fahrerkarten::FindCardIndex() const {
+  const auto found = std::find_if(session_.CardList.begin() + 1, session_.CardList.end(),
+                                  [&](const CFahrerkarte& c) { return c.kartennr == session_.ScratchCard.kartennr; });
+  return found == session_.CardList.end() ? std::int16_t{0}
+                                          : static_cast<std::int16_t>(found - session_.CardList.begin());
+}
+
+CFahrerkarte& Fahrerkarten::FindCard() const {
+  return session_.CardList.at(static_cast<std::size_t>(FindCardIndex()));
+}
+
+std::int16_t Fahrerkarten::GetCardCount() const { return session_.CardCount; }
+
+bool Fahrerkarten::belongsToOtherRecord(std::string_view kartennr) const {
+  if (kartennr == session_.AktKartennr) return false;
+  return std::any_of(session_.CardList.begin() + 1, session_.CardList.end(),
+                     [&](const CFahrerkarte& card) { return card.kartennr == kartennr; });
+}
+
+}  // namespace kartix

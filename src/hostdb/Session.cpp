@@ -1,0 +1,30 @@
+#include "hostdb/Session.h"
+
+#include "runtime/Runtime.h"
+
+namespace kartix {
+
+Session::Session(Runtime& runtime)
+    : CurrentPerson(runtime), ScratchCard(runtime), ResultCard(runtime), OperationCard(runtime), runtime_(runtime) {
+  runtime.reporting.setOperationFacts([this] { return OperationFacts{CurrentPerson.personennummer, CurrentLfdnr}; });
+}
+
+void Session::reset() {
+  CurrentPerson = CPersonalien(runtime_);
+  ScratchCard = ResultCard = OperationCard = CFahrerkarte(runtime_);
+  CardList.assign(1, CFahrerkarte(runtime_));
+  CardCount = 0;
+}
+
+void Session::begin(const std::string& personennummer) {
+  reset();
+  CurrentPerson.personennummer = personennummer;
+  ready_ = true;
+}
+
+void Session::release() {
+  reset();
+  ready_ = false;
+}
+
+}  // namespace kartix
