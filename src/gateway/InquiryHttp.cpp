@@ -1,0 +1,132 @@
+#include "common/Numbers.h"
+#include "common/Text.h"
+#include "gateway/Inquiry.h"
+#include "gateway/KBAInterface.h"
+#include "gateway/Login.h"
+#include "gateway/Takeover.h"
+#include "hostdb/Fahrerkarten.h"
+#include "hostdb/Session.h"
+#include "runtime/Runtime.h"
+
+namespace kartix {
+namespace {
+
+/// Outcomes of an answer beyond the register's own return codes.
+namespace outcome {
+constexpr std::int32_t taken = 2;            ///< a single record was taken over
+constexpr std::int32_t chosen = -2;          ///< the clerk chose a hit
+constexpr std::int32_t notChosen = -3;       ///< the clerk cancelled the choice
+constexpr std::int32_t noSingleHit = -9999;  ///< none or too many
+constexpr std::int32_t unusable = -1;
+}  // namespace outcome
+
+constexpr std::string_view answerCaption = "ZKR-Antwort";
+
+/// A register's return code that happens to equal one of our outcomes is none of them.
+std::int32_t registerCode(std::int32_t code) {
+  return code == outcome::taken || code == outcome::chosen ? outcome::unusable : code;
+}
+
+}  // namespace
+
+std::int32_t ZKRAnfrage::EvaluateZKRAntwort(const platform::XmlDocument& answer, std::string& selectedCardNumber) {
+  const std::string root = rootName(answer);
+  if (root == "zkr-hinweis") {
+    const std::string retc = firstText(answer, "//retc");
+    const std::int32_t code = leadingInt32(retc);
+    if (code != login_result::notLoggedIn) runtime_.reporting.ReportError(203, retc, firstText(answer, "//rett"));
+    return registerCode(code);
+  }
+  if (root == "zkr-anfrage") return evaluateEcho(answer);
+  if (root == "zkr-trefferliste") {
+    const auto card = window_.chooseHit(FillTrefferliste(runtime_, answer));
+    if (!card) return outcome::notChosen;
+    selectedCardNumber = *card;
+    return outcome::chosen;
+  }
+  if (root == "zkr-auskunft") return evaluateRecord(answer);
+  if (root.empty()) {
+    runtime_.reporting.ReportError(204);
+  } else {
+    runtime_.reporting.ReportError(201, root);
+  }
+  return outcome::unusable;
+}
+
+std::int32_t ZKRAnfrage::evaluateEcho(const platform::XmlDocument& answer) {
+  constexpr double firstCount = 200;
+  constexpr double lastCount = 299;
+  const std::string retc = firstText(answer, "//retc");
+  const double code = leadingNumber(retc);
+  if (code != 0 && (code < firstCount || code > lastCount)) {
+    const std::int32_t number = leadingInt32(retc);
+    if (number != login_result::notLoggedIn) runtime_.reporting.ReportError(203, retc, firstText(answer, "//rett"));
+    return registerCode(number);
+  }
+  const std::int32_t hits = leadingInt32(firstText(answer, "//anzt"));
+  if (hits == 0) {
+    runtime_.reporting.InfoMsg("Die Anfrage ergab keinen Treffer im ZKR.", answerCaption);
+  } else {
+    runtime_.reporting.InfoMsg("Die Trefferzahl (" + std::to_string(hits) +
+                                   ") ist für die Anfragekriterien zu hoch Bitte schränken Sie Ihre Suche ein.",
+                               answerCaption);
+  }
+  return outcome::noSingleHit;
+}
+
+std::int32_t ZKRAnfrage::evaluateRecord(const platform::XmlDocument& answer) {
+  const std::string card = firstText(answer, "//zkr-auskunft//bestandsdaten//kgknr");
+  if (Fahrerkarten(runtime_, session_).belongsToOtherRecord(card)) {
+    runtime_.reporting.ReportError(2016);
+    return outcome::unusable;
+  }
+  TakeOverBestandsdaten(session_, answer);
+  return outcome::taken;
+}
+
+bool ZKRAnfrage::requestSingleRecord(const std::string& kartennummer) {
+  const auto request = kba_.createDocument();
+  const auto response = kba_.createDocument();
+  window_.setProgress(60, "Einzelauskunft wird angefordert...", true);
+  InquiryCriteria criteria;
+  criteria.kgknr = kartennummer;
+  if (!BuildZKRAnfrage(runtime_, kba_, *request, criteria)) return false;
+  std::string errorText;
+  kba_.PostXml(runtime_.konfiguration.AnfrageURI, *request, *response, errorText);
+  window_.setProgress(65, "Antwort wird verarbeitet...", true);
+  std::string ignored;
+  return EvaluateZKRAntwort(*response, ignored) == outcome::taken;
+}
+
+bool ZKRAnfrage::ZKRAnfrageHTTP(const InquiryCriteria& criteria) {
+  bool loginTried = false;
+  for (;;) {
+    const auto request = kba_.createDocument();
+    const auto response = kba_.createDocument();
+    window_.setProgress(40, "Anfrage wird gesendet...", true);
+    if (!BuildZKRAnfrage(runtime_, kba_, *request, criteria)) return false;
+    window_.setProgress(45, "", true);
+    std::string errorText;
+    const std::int32_t status = kba_.PostXml(runtime_.konfiguration.AnfrageURI, *request, *response, errorText);
+    window_.setProgress(50, "", true);
+    if (!kba_.CheckHttpStatus(status, errorText)) return false;
+    window_.setProgress(55, "Antwort wird verarbeitet...", true);
+    std::string card;
+    const std::int32_t result = EvaluateZKRAntwort(*response, card);
+    if (result == outcome::taken) return true;
+    if (result == outcome::chosen) return requestSingleRecord(card);
+    if (result != login_result::notLoggedIn) return false;
+    if (loginTried) {
+      runtime_.reporting.ReportError(205);
+      return false;
+    }
+    loginTried = true;
+    window_.setProgress(55, "ZEVIS Login", false);
+    std::string returnText;
+    std::string newPassword;
+    const std::int32_t login = login_.ZEVISLogin(runtime_.konfiguration.ZEVISPass, returnText, newPassword);
+    if (login < 0 || login > login_result::lastSuccess) return false;
+  }
+}
+
+}  // namespace kartix

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "gateway/SessionCookies.h"
+#include "platform/XmlLibrary.h"
+
+namespace kartix {
+
+class Runtime;
+
+/// The road to the register's gateway: message documents and their exchange by HTTP POST.
+class KBAInterface {
+ public:
+  explicit KBAInterface(Runtime& runtime) : runtime_(runtime), cookies_(runtime) {}
+
+  /// Forgets the class of the documents.
+  void init();
+
+  /// Chooses the class of the message documents, the newest that can be created. False when there is none.
+  bool InitXML();
+
+  /// Name of that class; empty when there is none.
+  std::string XMLDom;
+
+  /// A new empty document. Raises std::runtime_error when the class has become unavailable.
+  std::unique_ptr<platform::XmlDocument> createDocument() const;
+
+  /// Makes `document` a new message with the root element `rootName`; `doctypeLine` may be empty.
+  static void NewXmlDocument(platform::XmlDocument& document, std::string_view rootName,
+                             std::string_view doctypeLine);
+
+  /// Document type line of a message. The host is chosen by the configured `address` of the exchange: the first
+  /// host when the address contains it in any case, else the second.
+  std::string doctypeLine(std::string_view rootName, std::string_view dtdPath, std::string_view address) const;
+
+  /// The form in which a document's text goes out: a declaration without encoding names ISO-8859-1.
+  static std::string SetIsoDeclaration(std::string_view xmlText);
+
+  /// Sends `request` to `path` and loads the answer into `response`, which stays empty when the answer is not well
+  /// formed. Returns the HTTP status, a negative error of the client library, or 0 when no request could be made.
+  /// `errorText` gets the text of the status or error. Nothing is ever sent twice.
+  std::int32_t PostXml(std::string_view path, const platform::XmlDocument& request, platform::XmlDocument& response,
+                       std::string& errorText);
+
+  /// True for 200. Any other HTTP status and every library error is reported to the clerk.
+  bool CheckHttpStatus(std::int32_t status, std::string_view errorText);
+
+  /// Base64 text of a file of at most 64 MiB on one line; empty when it cannot be read.
+  std::string FileToBase64(const std::string& path);
+
+ private:
+  Runtime& runtime_;
+  SessionCookies cookies_;
+};
+
+/// Text of the first element that `xpath` selects, trimmed of blanks; empty when there is none.
+std::string firstText(const platform::XmlDocument& document, std::string_view xpath);
+
+/// Name of the document element; empty when the document is empty.
+std::string rootName(const platform::XmlDocument& document);
+
+}  // namespace kartix

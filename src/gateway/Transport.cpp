@@ -1,0 +1,125 @@
+#include <filesystem>
+#include <fstream>
+
+#include "common/CodePage.h"
+#include "common/Text.h"
+#include "gateway/KBAInterface.h"
+#include "platform/HttpLibrary.h"
+#include "runtime/Runtime.h"
+
+namespace kartix {
+namespace {
+
+/// Sizes of what is taken of an answer, in characters.
+constexpr std::size_t textSize = 1000;
+constexpr std::size_t bodySize = 100000;
+
+constexpr std::uintmax_t fileSize = 64U * 1024 * 1024;
+
+constexpr std::int32_t methodSet = 12;
+constexpr std::int16_t gatewayWithSecureProxy = 2;
+
+/// The hourglass as long as the object lives.
+class Hourglass {
+ public:
+  explicit Hourglass(Global& global) : global_(global) { global_.WaitCursor(true); }
+  ~Hourglass() { global_.WaitCursor(false); }
+  Hourglass(const Hourglass&) = delete;
+  Hourglass& operator=(const Hourglass&) = delete;
+
+ private:
+  Global& global_;
+};
+
+void addTls(platform::HttpRequest& http, const Konfiguration& settings) {
+  if (settings.GATEWAY > 0) {
+    http.TESSELHTTPsetHttpS();
+    http.TESSELHTTPsetPEM(settings.GATEWAYCert, settings.GATEWAYPkey, settings.GATEWAYCertPass);
+  }
+  if (settings.GATEWAY == gatewayWithSecureProxy) {
+    http.TESSELHTTPsetSecureProxy(settings.SecureProxy);
+  } else {
+    http.TESSELHTTPclearSecureProxy();
+  }
+}
+
+/// The session goes with a request only when both of its cookies are known.
+void addCookies(platform::HttpRequest& http, SessionCookies& cookies) {
+  http.TESSELHTTPclearCookies();
+  const std::string first = cookies.ReadSessionCookie(1);
+  const std::string second = cookies.ReadSessionCookie(2);
+  if (first.empty() || second.empty()) return;
+  http.TESSELHTTPaddCookie(SessionCookies::name(1), first);
+  http.TESSELHTTPaddCookie(SessionCookies::name(2), second);
+}
+
+void keepCookies(const platform::HttpRequest& http, SessionCookies& cookies) {
+  for (int number : {1, 2}) {
+    const std::string sent = http.TESSELHTTPgetSetCookie(SessionCookies::name(number));
+    const std::string value = text::trim(text::left(text::untilNul(sent), textSize));
+    if (!value.empty()) cookies.WriteSessionCookie(number, value);
+  }
+}
+
+std::string cut(std::string_view text, std::size_t size) {
+  return text::trim(text::left(text::untilNul(text), size));
+}
+
+}  // namespace
+
+std::int32_t KBAInterface::PostXml(std::string_view path, const platform::XmlDocument& request,
+                                   platform::XmlDocument& response, std::string& errorText) {
+  const Konfiguration& settings = runtime_.konfiguration;
+  platform::HttpLibrary& library = runtime_.machine.http;
+  const Hourglass hourglass(runtime_.global);
+
+  const auto http = library.TESSELHTTPCreate();
+  if (!http) return 0;
+  if (http->TESSELHTTPsetServer(settings.ZEVISServer, settings.ZEVISPort) != 0) return 0;
+  if (http->TESSELHTTPsetMethod("POST") != methodSet) return 0;
+  http->TESSELHTTPsetContentType("text/xml");
+  if (http->TESSELHTTPsetPath(path) != 0) return 0;
+  if (http->TESSELHTTPsetBody(codepage::toIsoXml(SetIsoDeclaration(request.xml()))) != 0) return 0;
+  addCookies(*http, cookies_);
+  addTls(*http, settings);
+
+  const std::int32_t outcome = http->TESSELHTTPsend();
+  if (outcome <= 0) {
+    errorText = cut(library.TESSELHTTPgetErrorDesc(outcome), textSize);
+    if (http->requestSentCompletely()) {
+      runtime_.trace.TraceLine("PostXml: Anfrage vollständig gesendet, aber keine Antwort erhalten",
+                               trace_level::calls);
+    }
+    return outcome;
+  }
+  errorText = cut(http->TESSELHTTPgetResponseDesc(textSize), textSize);
+  if (errorText.empty()) errorText = "(Fehlerbeschreibung nicht verfügbar)";
+  response.loadXML(cut(runtime_.machine.xml.decode(http->TESSELHTTPgetResponseBody()).value_or(""), bodySize));
+  keepCookies(*http, cookies_);
+  return outcome;
+}
+
+bool KBAInterface::CheckHttpStatus(std::int32_t status, std::string_view errorText) {
+  constexpr std::int32_t ok = 200;
+  constexpr std::int32_t firstStatus = 100;
+  constexpr std::int32_t lastStatus = 999;
+  if (status == ok) return true;
+  if (status < 0) {
+    runtime_.reporting.ShowCommError("COM", status, errorText);
+  } else if (status >= firstStatus && status <= lastStatus) {
+    runtime_.reporting.ShowCommError("HTTP", status, errorText);
+  }
+  return false;
+}
+
+std::string KBAInterface::FileToBase64(const std::string& path) {
+  std::error_code failure;
+  const std::uintmax_t size = std::filesystem::file_size(path, failure);
+  if (failure || size > fileSize) return {};
+  std::string bytes(size, '\0');
+  std::ifstream file(path, std::ios::binary);
+  if (!file.read(bytes.data(), static_cast<std::streamsize>(size))) return {};
+  return runtime_.machine.http.TESSELHTTPbase64encode(bytes);
+}
+
+}  // namespace kartix
