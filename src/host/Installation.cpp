@@ -1,0 +1,257 @@
+#include "host/Installation.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <utility>
+
+#include "adapters/curl/Curl.h"
+#include "adapters/dbe/DbeChooser.h"
+#include "adapters/postgres/Postgres.h"
+#include "adapters/settings/Settings.h"
+#include "adapters/sqlite/Sqlite.h"
+#include "common/Text.h"
+#include "host/Certificates.h"
+#include "host/Settings.h"
+#include "platform/Clock.h"
+#include "platform/DbeLibrary.h"
+#include "platform/HttpLibrary.h"
+#include "platform/ProfileFiles.h"
+#include "platform/Registry.h"
+#include "platform/UserInterface.h"
+#include "runtime/Global.h"
+#include "runtime/Konfiguration.h"
+#include "runtime/Reporting.h"
+#include "runtime/Trace.h"
+
+namespace kartix::host {
+namespace {
+
+constexpr int connectSeconds = 5;
+constexpr int stallSeconds = 10;
+
+Finding good(std::string area, std::string text) {
+  return {Finding::Level::good, std::move(area), std::move(text), {}};
+}
+Finding note(std::string area, std::string text, std::string mend) {
+  return {Finding::Level::note, std::move(area), std::move(text), std::move(mend)};
+}
+Finding fault(std::string area, std::string text, std::string mend) {
+  return {Finding::Level::fault, std::move(area), std::move(text), std::move(mend)};
+}
+
+class NoWindows final : public platform::UserInterface {
+ public:
+  ShowResult showModal(forms::Form&) override { return ShowResult::noDisplay; }
+  void repaint() override {}
+  void setHourglass(bool) override {}
+  void centerForm(forms::Form&) override {}
+  void progressReported(const forms::Form&, int, std::string_view) override {}
+};
+
+/// Settings that depend on the day are read as those of today.
+class Today final : public platform::Clock {
+ public:
+  platform::LocalTime now() override {
+    const std::time_t seconds = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
+  }
+};
+
+adapters::CurlOptions impatient() {
+  adapters::CurlOptions options;
+  options.connectSeconds = connectSeconds;
+  options.stallSeconds = stallSeconds;
+  return options;
+}
+
+/// A connection to the host database, ended on every way out.
+class Connection {
+ public:
+  explicit Connection(platform::DbeLibrary& dbe) : dbe_(dbe), client_(dbe.DBE_Initialize()) {}
+  ~Connection() {
+    if (connection_ >= 0) dbe_.DBE_Disconnect(client_, connection_);
+    if (client_ >= 0) dbe_.DBE_CLEANUP(client_);
+  }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  bool connect(const Konfiguration& settings) {
+    if (client_ < 0) return false;
+    connection_ =
+        dbe_.DBE_Connect(client_, 0, settings.ServerIP, settings.ServerPort, settings.SysUser, settings.SysPass);
+    return connection_ >= 0;
+  }
+  bool open(const Konfiguration& settings) {
+    return dbe_.DBE_OpenDataBase(client_, connection_, settings.DBName, settings.DBUser, settings.DBPass, 0) == 0;
+  }
+  bool hasTable(const std::string& table) {
+    std::string cursor;
+    std::string count;
+    std::string buffer = "select * from " + table + " where 1 = 0";
+    if (dbe_.DBE_Query(client_, connection_, cursor, count, buffer) < 0) return false;
+    dbe_.DBE_CloseCursor(client_, connection_, cursor);
+    return true;
+  }
+
+ private:
+  platform::DbeLibrary& dbe_;
+  std::int16_t client_;
+  std::int16_t connection_ = -1;
+};
+
+}  // namespace
+
+struct Installation::Parts {
+  explicit Parts(const std::filesystem::path& file)
+      : registry(adapters::makeRegFile(file)),
+        dbe(adapters::makeDbeChooser(adapters::makeSqliteDbe(), adapters::makePostgresDbe())),
+        http(adapters::makeCurlHttp(impatient())) {
+    settings.init();
+  }
+
+  std::unique_ptr<platform::Registry> registry;
+  std::unique_ptr<platform::ProfileFiles> files = adapters::makeIniFiles();
+  std::unique_ptr<platform::DbeLibrary> dbe;
+  std::unique_ptr<platform::HttpLibrary> http;
+  NoWindows windows;
+  Today clock;
+  Trace trace{clock};
+  Global global{trace, *dbe, windows, clock};
+  Reporting reporting{trace, global};
+  Konfiguration settings{*registry, *files, trace, global, reporting};
+};
+
+Installation::Installation(std::filesystem::path registryFile)
+    : registryFile_(std::move(registryFile)), parts_(std::make_unique<Parts>(registryFile_)) {}
+Installation::~Installation() = default;
+
+bool Installation::storeHoldsSettings() {
+  return std::any_of(allSettings().begin(), allSettings().end(),
+                     [&](const Setting& setting) { return storedValue(*parts_->registry, setting).has_value(); });
+}
+
+Findings Installation::checkSettings() {
+  constexpr const char* area = "settings";
+  const std::string file = registryFile_.string();
+  const Konfiguration& settings = parts_->settings;
+  if (access(file.c_str(), R_OK) != 0) {
+    return {fault(area, "cannot be read: " + file, "kartix settings import FILE, or kartix settings set NAME VALUE")};
+  }
+  if (!storeHoldsSettings()) {
+    return {fault(area, file + " is damaged or holds no settings of this component", "kartix settings import FILE")};
+  }
+  Findings findings = {good(area, "read from " + file)};
+  using std::filesystem::perms;
+  const perms others = perms::group_all | perms::others_all;
+  std::error_code error;
+  if ((std::filesystem::status(registryFile_, error).permissions() & others) != perms::none) {
+    findings.push_back(note(area, file + " holds passwords and is open to others", "chmod 600 " + file));
+  }
+  if (!settings.InfoDatei.empty() && access(settings.InfoDatei.c_str(), R_OK) != 0) {
+    findings.push_back(
+        note(area, "the ini file cannot be read: " + settings.InfoDatei, "make it, or mend InfoDatei"));
+  }
+  const std::string account = settings.SektionKennung;
+  const std::array<std::pair<std::string, const std::string*>, 9> needed = {
+      {{"FS.DBName", &settings.DBName},
+       {"ZKR.KENZA", &settings.KENZA},
+       {"ZKR.ZPPER", &settings.ZPPER},
+       {"ZKR.AnfrageURI", &settings.AnfrageURI},
+       {"ZEVIS.ZEVISServer", &settings.ZEVISServer},
+       {"ZEVIS.ZEVISPort", &settings.ZEVISPort},
+       {"ZEVIS.ZEVISAuthURI", &settings.ZEVISAuthURI},
+       {account + ".ZEVISUserName", &settings.ZEVISUserName},
+       {account + ".ZEVISPass", &settings.ZEVISPass}}};
+  for (const auto& [path, value] : needed) {
+    if (value->empty()) findings.push_back(fault(area, path + " is not set", "kartix settings set " + path));
+  }
+  return findings;
+}
+
+Findings Installation::checkDatabase() {
+  constexpr const char* area = "database";
+  const Konfiguration& settings = parts_->settings;
+  if (settings.DBName.empty()) return {};
+  const bool embedded = settings.ServerIP.empty();
+  const std::string name = embedded ? settings.DBName : settings.DBName + " at " + settings.ServerIP;
+  Connection connection(*parts_->dbe);
+  if (!connection.connect(settings)) {
+    return {fault(area, "no connection to " + settings.ServerIP,
+                  "check FS.ServerIP, FS.ServerPort, FS.SysUser and FS.SysPass, and whether the server runs")};
+  }
+  if (!connection.open(settings)) {
+    return {fault(area, "does not open: " + name,
+                  embedded ? "check FS.DBName, or kartix db create " + settings.DBName
+                           : "check FS.DBName, FS.DBUser and FS.DBPass")};
+  }
+  Findings findings;
+  for (const char* table : {"personalien", "fahrerkarte", "BEARBEITUNG", "DATENAUSTAUSCH"}) {
+    if (connection.hasTable(table)) continue;
+    findings.push_back(fault(area, std::string("has no table ") + table + ": " + name,
+                             embedded ? "kartix db create a new file, or name the right one in FS.DBName"
+                                      : "name the host's database in FS.DBName"));
+  }
+  if (findings.empty()) findings.push_back(good(area, "opens and has its tables: " + name));
+  return findings;
+}
+
+Findings Installation::checkClientCertificate() {
+  const Konfiguration& settings = parts_->settings;
+  if (settings.GATEWAY <= 0) return {};
+  Findings findings;
+  if (settings.GATEWAYCert.empty()) {
+    findings.push_back(fault("certificate", "is not named", "kartix settings set ZEVIS.GATEWAYCert FILE"));
+  }
+  if (settings.GATEWAYPkey.empty()) {
+    findings.push_back(fault("certificate", "key is not named", "kartix settings set ZEVIS.GATEWAYPkey FILE"));
+  }
+  if (!findings.empty()) return findings;
+  return checkCertificate(settings.GATEWAYCert, settings.GATEWAYPkey, settings.GATEWAYCertPass);
+}
+
+Findings Installation::checkGateway() {
+  constexpr const char* area = "gateway";
+  constexpr int methodAccepted = 12;
+  const Konfiguration& settings = parts_->settings;
+  if (settings.ZEVISServer.empty()) return {};
+  const std::string address = settings.ZEVISServer + ":" + settings.ZEVISPort;
+  const auto request = parts_->http->TESSELHTTPCreate();
+  if (!request || request->TESSELHTTPsetServer(settings.ZEVISServer, settings.ZEVISPort) != 0 ||
+      request->TESSELHTTPsetMethod("GET") != methodAccepted || request->TESSELHTTPsetPath("/") != 0) {
+    return {fault(area, "no request can be made for " + address, "check ZEVIS.ZEVISServer and ZEVIS.ZEVISPort")};
+  }
+  if (settings.GATEWAY > 0) {
+    request->TESSELHTTPsetHttpS();
+    request->TESSELHTTPsetPEM(settings.GATEWAYCert, settings.GATEWAYPkey, settings.GATEWAYCertPass);
+  }
+  if (settings.GATEWAY == 2) request->TESSELHTTPsetSecureProxy(settings.SecureProxy);
+  const std::int32_t status = request->TESSELHTTPsend();
+  if (status > 0) return {good(area, address + " answers (HTTP " + std::to_string(status) + ")")};
+  const std::string reason = text::trim(parts_->http->TESSELHTTPgetErrorDesc(status));
+  const bool proxy = status == platform::http_error::secureProxyNotReachable;
+  return {fault(area, address + ": " + reason + " (" + std::to_string(status) + ")",
+                proxy ? "check ZEVIS.SecureProxy, and whether the secure line is up"
+                      : "check ZEVIS.ZEVISServer, ZEVIS.ZEVISPort and ZEVIS.GATEWAY, and the line to the gateway")};
+}
+
+Findings Installation::checkImages() {
+  constexpr const char* area = "images";
+  Konfiguration& settings = parts_->settings;
+  if (!settings.GetImageDir("0")) {
+    return {note(area, "no directory is set; cards cannot be ordered", "kartix settings set KODSImageDir DIRECTORY")};
+  }
+  const std::string directory =
+      text::replaceAll(text::trim(settings.GetIni({}, findSetting("KODSImageDir").key, "KODSImageDir")), "\\", "/");
+  std::error_code error;
+  if (!std::filesystem::is_directory(directory, error)) {
+    return {fault(area, "there is no directory " + directory, "make it available, or mend KODSImageDir")};
+  }
+  return {good(area, "directory " + directory)};
+}
+
+}  // namespace kartix::host

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "host/Finding.h"
+
+namespace kartix {
+class Konfiguration;
+}
+
+namespace kartix::host {
+
+/// An installation as its settings describe it, read the way the component reads them, and looked at part by part.
+/// No check changes anything, and none shows a window.
+class Installation {
+ public:
+  explicit Installation(std::filesystem::path registryFile);
+  ~Installation();
+  Installation(const Installation&) = delete;
+  Installation& operator=(const Installation&) = delete;
+
+  /// Store and ini file readable, and what no operation can do without is set.
+  Findings checkSettings();
+  /// The host database opens and has the host's tables.
+  Findings checkDatabase();
+  /// Client certificate and key, when the settings call for them.
+  Findings checkClientCertificate();
+  /// The gateway answers; whatever it answers.
+  Findings checkGateway();
+  /// The directory of photos and signatures is there.
+  Findings checkImages();
+
+ private:
+  struct Parts;
+
+  bool storeHoldsSettings();
+
+  std::filesystem::path registryFile_;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace kartix::host

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "platform/Clock.h"
+
+namespace kartix::host {
+
+/// The moment that `text` ("YYYY-MM-DDTHH:MM:SS") names; nothing when it has another form or is no such moment.
+std::optional<platform::LocalTime> parseLocalTime(std::string_view text);
+
+}  // namespace kartix::host

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace kartix::host {
+
+/// Path of the settings store: `option` when it is not empty, else `$KARTIX_REGISTRY`, else `kartix/registry.reg` in
+/// the user's configuration directory.
+std::filesystem::path registryFile(const std::string& option);
+
+/// Adds the option `--registry`, whose value goes to `option`.
+void addRegistryOption(CLI::App& command, std::string& option);
+
+}  // namespace kartix::host

@@ -1,0 +1,179 @@
+#include "host/SettingsCommand.h"
+
+#include <termios.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "adapters/settings/Settings.h"
+#include "common/Scrambling.h"
+#include "common/Text.h"
+#include "host/Command.h"
+#include "host/RegistryFile.h"
+#include "host/Settings.h"
+#include "platform/Registry.h"
+
+namespace kartix::host {
+namespace {
+
+constexpr std::size_t longestLine = 4096;
+
+struct Options {
+  std::string registry;
+  std::string name;
+  std::optional<std::string> value;
+  bool scrambled = false;
+  std::string file;
+};
+
+std::unique_ptr<platform::Registry> openStore(const Options& options) {
+  return adapters::makeRegFile(registryFile(options.registry));
+}
+
+/// The store to write to, its directory made when it is missing.
+std::unique_ptr<platform::Registry> openStoreToWrite(const Options& options) {
+  const auto file = registryFile(options.registry);
+  if (file.has_parent_path()) {
+    std::error_code ignored;  // a directory that cannot be made shows when the store is written
+    std::filesystem::create_directories(file.parent_path(), ignored);
+  }
+  return adapters::makeRegFile(file);
+}
+
+/// Keeps a terminal from showing what is typed.
+class Hidden {
+ public:
+  Hidden() : terminal_(tcgetattr(STDIN_FILENO, &former_) == 0) {
+    if (!terminal_) return;
+    termios silent = former_;
+    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+  }
+  ~Hidden() {
+    if (!terminal_) return;
+    tcsetattr(STDIN_FILENO, TCSAFLUSH, &former_);
+    std::cerr << '\n';
+  }
+  Hidden(const Hidden&) = delete;
+  Hidden& operator=(const Hidden&) = delete;
+
+ private:
+  termios former_{};
+  bool terminal_;
+};
+
+/// One line of standard input, asked for when a person sits there.
+std::string readValue(const Setting& setting) {
+  const bool person = isatty(STDIN_FILENO) == 1;
+  if (person) std::cerr << setting.path << ": " << std::flush;
+  std::unique_ptr<Hidden> hidden;
+  if (setting.secret && person) hidden = std::make_unique<Hidden>();
+  std::string line;
+  for (char c = 0; line.size() <= longestLine && std::cin.get(c) && c != '\n';) line.push_back(c);
+  if (line.size() > longestLine) throw UsageError(setting.path + ": the value is too long");
+  if (line.ends_with('\r')) line.pop_back();
+  return line;
+}
+
+/// The form in which a secret is stored. Raises `UsageError` for one that would not come back as it was.
+std::string scramble(const Setting& setting, const std::string& plain) {
+  if (plain.empty()) return {};
+  std::string stored = CryptLong(plain);
+  if (DecryptLong(stored) != plain) {
+    throw UsageError(setting.path + ": a password can only hold characters of Windows-1252");
+  }
+  return stored;
+}
+
+void list(const Options& options) {
+  const auto store = openStore(options);
+  for (const Setting& setting : allSettings()) {
+    const std::string value = storedValue(*store, setting).value_or("");
+    std::cout << setting.path << " = " << (setting.secret && !value.empty() ? "*****" : printable(value)) << '\n';
+  }
+}
+
+void get(const Options& options) {
+  const Setting& setting = findSetting(options.name);
+  const auto value = storedValue(*openStore(options), setting);
+  if (!value) throw CommandFailure(setting.path + " is not set");
+  // The scrambled form holds control characters: they are for files and pipes only.
+  std::cout << (isatty(STDOUT_FILENO) == 1 ? printable(*value) : *value) << '\n';
+}
+
+void set(const Options& options) {
+  const Setting& setting = findSetting(options.name);
+  if (options.scrambled && !setting.secret) throw UsageError(setting.path + " is not secret: leave out --scrambled");
+  std::string value = options.value ? *options.value : readValue(setting);
+  if (setting.secret && !options.scrambled) value = scramble(setting, value);
+  storeValue(*openStoreToWrite(options), setting, value);
+}
+
+/// Copies every setting that `from` holds; gives their number.
+std::size_t copySettings(platform::Registry& from, platform::Registry& to) {
+  std::size_t count = 0;
+  for (const Setting& setting : allSettings()) {
+    const auto value = storedValue(from, setting);
+    if (!value) continue;
+    storeValue(to, setting, *value);
+    ++count;
+  }
+  return count;
+}
+
+void importSettings(const Options& options) {
+  const std::size_t count = copySettings(*adapters::makeRegFile(options.file), *openStoreToWrite(options));
+  if (count == 0) throw CommandFailure(options.file + " holds no settings of this component, or cannot be read");
+  std::cout << count << " settings imported into " << registryFile(options.registry).string() << '\n';
+}
+
+void exportSettings(const Options& options) {
+  if (std::filesystem::exists(options.file)) throw CommandFailure(options.file + " exists already");
+  const std::size_t count = copySettings(*openStore(options), *adapters::makeRegFile(options.file));
+  if (count == 0) throw CommandFailure("there are no settings in " + registryFile(options.registry).string());
+  std::cout << count << " settings exported to " << options.file << '\n';
+}
+
+}  // namespace
+
+void addSettingsCommand(CLI::App& app, int& exit) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* const settings = app.add_subcommand("settings", "The settings store; passwords are kept scrambled");
+  settings->require_subcommand(1);
+  settings->footer(
+      "Examples:\n"
+      "  kartix settings set FS.DBName /var/lib/kartix/host.db\n"
+      "  kartix settings set FS.DBPass            (asks for the password, or reads it from standard input)\n"
+      "  kartix settings import argo.reg");
+
+  const auto add = [&](const char* name, const char* description, void (*action)(const Options&)) {
+    CLI::App* const command = settings->add_subcommand(name, description);
+    addRegistryOption(*command, options->registry);
+    command->callback([options, action, &exit] {
+      action(*options);
+      exit = exit_status::done;
+    });
+    return command;
+  };
+  const char* const nameHelp = "Section and name, for example FS.ServerIP";
+  add("list", "Show every setting; passwords appear as *****", list);
+  add("get", "Print one setting, a password in its scrambled form", get)
+      ->add_option("NAME", options->name, nameHelp)
+      ->required();
+  CLI::App* const setter = add("set", "Store one setting; a password is entered plain and stored scrambled", set);
+  setter->add_option("NAME", options->name, nameHelp)->required();
+  setter->add_option("VALUE", options->value, "New value; without it one line of standard input");
+  setter->add_flag("--scrambled", options->scrambled, "The password is in its scrambled form already");
+  add("import", "Take over settings from a registry export", importSettings)
+      ->add_option("FILE", options->file, "Registry export (.reg)")
+      ->required()
+      ->check(CLI::ExistingFile);
+  add("export", "Write the settings to a new registry export", exportSettings)
+      ->add_option("FILE", options->file, "File to write (.reg)")
+      ->required();
+}
+
+}  // namespace kartix::host

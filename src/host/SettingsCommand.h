@@ -1,0 +1,12 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace kartix::host {
+
+/// Adds `settings list|get|set|import|export`; `exit` receives the exit status.
+void addSettingsCommand(CLI::App& app, int& exit);
+
+}  // namespace kartix::host

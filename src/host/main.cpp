@@ -1,0 +1,73 @@
+#include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+
+#include "adapters/script/Script.h"
+#include "host/Command.h"
+#include "host/DatabaseCommand.h"
+#include "host/DoctorCommand.h"
+#include "host/RunCommand.h"
+#include "host/SettingsCommand.h"
+#if __has_include("host/GatewayCommand.h")
+#include "host/GatewayCommand.h"
+#endif
+#if __has_include("host/DemoCommand.h")
+#include "host/DemoCommand.h"
+#endif
+
+namespace {
+
+using namespace kartix::host;
+
+constexpr const char* examples =
+    "Examples:\n"
+    "  kartix db create host.db\n"
+    "  kartix settings set FS.DBName host.db\n"
+    "  kartix doctor\n"
+    "  kartix run ZKRAnfrage --person 4711 --lfdnr 1 --clerk Meier\n"
+    "\n"
+    "Each subcommand has a --help of its own.";
+
+int complain(const std::exception& error, int status) {
+  std::cerr << "kartix: " << error.what() << '\n';
+  return status;
+}
+
+int runCommand(int argc, char** argv) {
+  CLI::App app("Driver card operations of a licence authority", "kartix");
+  int exit = exit_status::done;
+  app.set_version_flag("--version", "kartix " KARTIX_VERSION);
+  app.require_subcommand(1);
+  app.footer(examples);
+#if __has_include("host/DemoCommand.h")
+  addDemoCommand(app, exit);
+#endif
+  addRunCommand(app, exit);
+#if __has_include("host/GatewayCommand.h")
+  addGatewayCommand(app, exit);
+#endif
+  addDatabaseCommand(app, exit);
+  addSettingsCommand(app, exit);
+  addDoctorCommand(app, exit);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? exit_status::done : exit_status::wrongUsage;
+  } catch (const UsageError& error) {
+    return complain(error, exit_status::wrongUsage);
+  } catch (const kartix::adapters::BadInput& error) {
+    return complain(error, exit_status::wrongUsage);
+  }
+  return exit;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return runCommand(argc, argv);
+  } catch (const std::exception& error) {
+    return complain(error, exit_status::failed);
+  }
+}
