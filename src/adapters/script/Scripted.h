@@ -38,6 +38,10 @@ std::unique_ptr<platform::UserInterface> makeScriptUserInterface(Script& script,
                                                                  platform::Stage* stage = nullptr,
                                                                  PlayOptions options = {});
 
+/// Writes the windows that `front` shows to a person to the transcript, without what the person does there.
+std::unique_ptr<platform::UserInterface> makeRecordingUserInterface(platform::UserInterface& front,
+                                                                    Transcript& transcript);
+
 /// Writes sounds to the transcript and hands them on to `player` when there is one.
 std::unique_ptr<platform::SoundPlayer> makeTranscriptSounds(Transcript& transcript,
                                                             platform::SoundPlayer* player = nullptr);
