@@ -1,0 +1,198 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+std::string content(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+struct Outcome {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+/// The command in a directory and with a configuration of its own, and without any display.
+class Command : public testing::Test {
+ protected:
+  Command() : dir(fs::temp_directory_path() / ("kartix-command-" + std::to_string(getpid()))) {
+    fs::remove_all(dir);
+    fs::create_directories(dir);
+  }
+  ~Command() override { fs::remove_all(dir); }
+
+  Outcome shell(const std::string& line) {
+    const std::string command = "cd " + dir.string() + " && ( " + line + " ) >out 2>err </dev/null";
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, content(dir / "out"), content(dir / "err")};
+  }
+  Outcome kartix(const std::string& arguments, const std::string& input = {}) {
+    const std::string environment =
+        "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM -u KARTIX_REGISTRY HOME=" + dir.string() +
+        " XDG_CONFIG_HOME=" + (dir / "config").string() + " ";
+    write("input", input);
+    return shell(environment + KARTIX_COMMAND + " " + arguments + " <input");
+  }
+  void write(const std::string& name, const std::string& text) const {
+    std::ofstream(dir / name, std::ios::binary) << text;
+  }
+
+  /// A host database with person 4711 and one card record, named by the settings.
+  void makeDatabase() {
+    ASSERT_EQ(kartix("db create host.db").status, 0);
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open((dir / "host.db").c_str(), &db), SQLITE_OK);
+    const char* const rows =
+        "insert into personalien (personennummer, familienname) values ('4711', 'Meier');"
+        "insert into fahrerkarte (personennummer, lfdnr) values ('4711', '1');";
+    char* error = nullptr;
+    EXPECT_EQ(sqlite3_exec(db, rows, nullptr, nullptr, &error), SQLITE_OK) << error;
+    sqlite3_close(db);
+    kartix("settings set FS.DBName " + (dir / "host.db").string());
+  }
+
+  fs::path dir;
+};
+
+TEST_F(Command, WrongUsageEndsWith2AndSaysWhatIsWrong) {
+  write("bad.json", R"([{"window": "StartForm", "press": "Button[0]"}])");
+  write("objects.json", "[]");
+  const std::string run = "run ZKRAnfrage --person 1 --lfdnr 1 --clerk x ";
+  const std::vector<std::pair<std::string, const char*>> cases = {
+      {"", "subcommand is required"},
+      {"frobnicate", "frobnicate"},
+      {"run Anfrage --person 1 --lfdnr 1 --clerk x", "Anfrage"},
+      {"run ZKRAnfrage --person 1 --clerk x", "--lfdnr"},
+      {"run ZKRAnfrage --lfdnr 1 --clerk x", "--person"},
+      {run + "--now 2015-02-30T00:00:00", "--now"},
+      {run + "--now 2015-02-03", "--now"},
+      {run + "--script gone.json", "gone.json"},
+      {run + "--script bad.json", R"(bad.json: step 1: unknown action "press")"},
+      {run + "--objects objects.json", "objects.json: "},
+      {run + "--script bad.json --transcript gone/t", R"(unknown action "press")"},
+      {run + "--transcript gone/t", "gone/t"},
+      {"settings get FS.Gone", "FS.Gone"},
+      {"settings get ZEVISPass", "several sections"},
+  };
+  for (const auto& [arguments, expected] : cases) {
+    const Outcome outcome = kartix(arguments);
+    EXPECT_EQ(outcome.status, 2) << arguments;
+    EXPECT_EQ(outcome.out, "") << arguments;
+    EXPECT_THAT(outcome.err, HasSubstr(expected)) << arguments;
+  }
+  EXPECT_THAT(kartix("--version").out, testing::StartsWith("kartix "));
+  const Outcome help = kartix("--help");
+  EXPECT_EQ(help.status, 0);
+  EXPECT_THAT(help.out, AllOf(HasSubstr("Examples:"), HasSubstr("doctor")));
+}
+
+TEST_F(Command, SettingsComeBackAndSecretsStayScrambled) {
+  EXPECT_EQ(kartix("settings set fs.serverip 10.0.0.1").status, 0);
+  EXPECT_EQ(kartix("settings set ZKR.ZEVISPass", "geheim7ü\n").status, 0);
+  EXPECT_EQ(kartix("settings get ServerIP").out, "10.0.0.1\n");
+  const std::string scrambled = kartix("settings get ZKR.ZEVISPass").out;
+  EXPECT_GE(scrambled.size(), 18U);
+  EXPECT_THAT(scrambled, Not(HasSubstr("geheim")));
+  EXPECT_THAT(kartix("settings list").out,
+              AllOf(HasSubstr("FS.ServerIP = 10.0.0.1\n"), HasSubstr("ZKR.ZEVISPass = *****\n")));
+  const fs::path store = dir / "config/kartix/registry.reg";
+  EXPECT_EQ(fs::status(store).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+
+  EXPECT_EQ(kartix("settings export backup.reg").status, 0);
+  EXPECT_EQ(kartix("settings export backup.reg").status, 1);
+  EXPECT_EQ(kartix("settings import backup.reg --registry other.reg").status, 0);
+  EXPECT_EQ(kartix("settings get ZKR.ZEVISPass --registry other.reg").out, scrambled);
+  EXPECT_EQ(kartix("settings set ZKR.ZEVISPass --scrambled", scrambled).status, 0);
+  EXPECT_EQ(kartix("settings get ZKR.ZEVISPass").out, scrambled);
+  EXPECT_EQ(kartix("settings set FS.DBPass 'Đorđe'").status, 2) << "would not come back";
+  EXPECT_EQ(kartix("settings get FS.DBPass").status, 1) << "not set";
+}
+
+TEST_F(Command, DatabaseIsMadeOnceAndDoctorFindsIt) {
+  EXPECT_EQ(kartix("db create host.db").status, 0);
+  const std::string made = content(dir / "host.db");
+  EXPECT_EQ(kartix("db create host.db").status, 1);
+  EXPECT_EQ(content(dir / "host.db"), made);
+  kartix("settings set FS.DBName host.db");
+  EXPECT_THAT(kartix("doctor").out, HasSubstr("ok     database: opens and has its tables: host.db"));
+}
+
+TEST_F(Command, DoctorSaysWhatToMend) {
+  Outcome doctor = kartix("doctor");
+  EXPECT_EQ(doctor.status, 1);
+  EXPECT_THAT(doctor.out, HasSubstr("FAULT  settings: cannot be read: "));
+
+  ASSERT_EQ(shell("for n in a b; do openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -subj /CN=$n "
+                  "-days 3 -passout pass:geheim -keyout $n.key -out $n.crt; done")
+                .status,
+            0);
+  write("empty.db", "");
+  for (const char* setting :
+       {"FS.DBName empty.db", "GATEWAY 1", "GATEWAYCert a.crt", "GATEWAYPkey b.key", "GATEWAYCertPass geheim",
+        "ZEVISServer 127.0.0.1", "ZEVISPort 1", "KODSImageDir gone"}) {
+    EXPECT_EQ(kartix("settings set " + std::string(setting)).status, 0) << setting;
+  }
+  doctor = kartix("doctor");
+  EXPECT_EQ(doctor.status, 1);
+  EXPECT_EQ(doctor.err, "");
+  for (const char* expected :
+       {"FAULT  settings: ZKR.KENZA is not set\n         -> kartix settings set ZKR.KENZA\n",
+        "FAULT  database: has no table personalien: empty.db\n", "note   certificate: expires on ",
+        "FAULT  certificate: and key do not belong together\n",
+        "FAULT  gateway: 127.0.0.1:1: ", "FAULT  images: there is no directory gone\n"}) {
+    EXPECT_THAT(doctor.out, HasSubstr(expected));
+  }
+  EXPECT_THAT(doctor.out, Not(HasSubstr("geheim")));
+  kartix("settings set GATEWAYCertPass falsch");
+  EXPECT_THAT(kartix("doctor").out, HasSubstr("FAULT  certificate: key cannot be opened: b.key\n"));
+}
+
+TEST_F(Command, WithoutADisplayAnOperationEndsAtOnce) {
+  makeDatabase();
+  const auto begin = std::chrono::steady_clock::now();
+  const Outcome outcome = kartix("run ZKRAnfrage --person 4711 --lfdnr 1 --clerk Meier");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+  EXPECT_THAT(outcome.out, testing::StartsWith(R"({"init":true,"operation":"ZKRAnfrage","result":-1,"properties":{)"
+                                               R"("antragsdatum":"00.00.0000","familienname":"",)"));
+  EXPECT_EQ(json::parse(outcome.out)["properties"].size(), 29U);
+  EXPECT_THAT(kartix("run none --person 0 --clerk x").out,
+              testing::StartsWith(R"({"init":false,"operation":"none","result":-1,)"));
+}
+
+TEST_F(Command, AScriptThatDoesNotFitEndsWith3AndSecretsAreMasked) {
+  makeDatabase();
+  kartix("settings set FS.SysPass geheim1");
+  kartix("settings set ZKR.ZEVISPass geheim2");
+  write("script.json", R"([{"window":"StartForm","click":"Button[0]"},{"window":"Auswahl","pick":0}])");
+  write("objects.json", R"({"TSW.Schnittstellen.KBA.ZKR.ARGO2006Anfrage": {"DoAnfrage": -1, "GetErrorMsg": "weg"}})");
+  const Outcome outcome = kartix(
+      "run ZKRAnfrage --person 4711 --lfdnr 1 --clerk Meier --script script.json --transcript t --objects "
+      "objects.json");
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_THAT(outcome.err,
+              HasSubstr(R"(step 2: expected to pick row 0 in window "Auswahl"; found window "MessageBox")"));
+  EXPECT_EQ(json::parse(outcome.out)["result"], -1);
+  const std::string transcript = content(dir / "t");
+  EXPECT_THAT(transcript, AllOf(HasSubstr(R"("member":"SetDbePass","args":["*****"])"),
+                                HasSubstr(R"("ZEVISPass":{"text":"*****")"), Not(HasSubstr("geheim"))));
+}
+
+}  // namespace
