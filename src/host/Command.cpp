@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +20,12 @@ bool showsColours() {
 bool isControl(char32_t c) { return c < 0x20 || (c >= 0x7f && c < 0xa0); }
 
 }  // namespace
+
+void requireSubcommand(CLI::App& command) {
+  command.callback([&command] {
+    if (command.get_subcommands().empty()) throw CLI::RequiredError("A subcommand");
+  });
+}
 
 std::string coloured(std::string_view text, Colour colour) {
   if (!showsColours()) return std::string(text);

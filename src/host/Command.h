@@ -4,6 +4,10 @@
 #include <string>
 #include <string_view>
 
+namespace CLI {
+class App;
+}
+
 namespace kartix::host {
 
 /// What the command tells its caller when it ends.
@@ -25,6 +29,9 @@ class CommandFailure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+/// Makes a subcommand of `command` necessary; unlike the library's own way it lets a misspelt one be named.
+void requireSubcommand(CLI::App& command);
 
 /// Colours of standard output; plain text unless it is a terminal that shows them.
 enum class Colour { green, yellow, red };

@@ -12,7 +12,7 @@ namespace kartix::host {
 
 void addDatabaseCommand(CLI::App& app, int& exit) {
   CLI::App* const database = app.add_subcommand("db", "The embedded host database");
-  database->require_subcommand(1);
+  requireSubcommand(*database);
   database->footer("Example:\n  kartix db create /var/lib/kartix/host.db");
   CLI::App* const create = database->add_subcommand("create", "Make an empty host database with the host's tables");
   const auto file = std::make_shared<std::string>();

@@ -1,6 +1,7 @@
 #include "host/RunCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <cstdint>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -9,6 +10,7 @@
 #include <string>
 
 #include "adapters/canberra/Canberra.h"
+#include "adapters/qt/Qt.h"
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
@@ -24,7 +26,7 @@ namespace {
 struct Options {
   std::string operation;
   std::string person;
-  std::string lfdnr;
+  std::optional<std::string> lfdnr;
   std::string clerk;
   std::string registry;
   std::string now;
@@ -32,6 +34,113 @@ struct Options {
   std::string transcript;
   std::string objects;
 };
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::int32_t notCarriedOut = -1;
+
+/// The file for the transcript; without one it takes the lines and drops them.
+std::ofstream openTranscript(const std::string& file) {
+  std::ofstream out;
+  if (file.empty()) return out;
+  out.open(file, std::ios::binary | std::ios::trunc);
+  if (!out) throw UsageError("the transcript cannot be written: " + file);
+  return out;
+}
+
+std::optional<platform::LocalTime> startTime(const std::string& now) {
+  if (now.empty()) return std::nullopt;
+  const auto time = parseLocalTime(now);
+  if (!time) throw UsageError("--now: not a moment of the form YYYY-MM-DDTHH:MM:SS: " + now);
+  return time;
+}
+
+/// The clerk and the host around the component for one run: windows or a script, sounds, and the host's objects, each
+/// with its transcript.
+class Surroundings {
+ public:
+  explicit Surroundings(const Options& options)
+      : recorded_(!options.transcript.empty()),
+        script_(options.script.empty() ? std::nullopt : std::optional(adapters::Script::load(options.script))),
+        objects_(options.objects.empty() ? nullptr : adapters::loadScriptedObjects(options.objects)),
+        file_(openTranscript(options.transcript)),
+        transcript_(file_) {
+    if (script_) {
+      front_ = adapters::makeScriptUserInterface(*script_, &transcript_);
+      sounds_ = adapters::makeTranscriptSounds(transcript_);
+    } else if (recorded_) {
+      windows_ = adapters::makeQtUserInterface();
+      front_ = adapters::makeRecordingUserInterface(*windows_, transcript_);
+      player_ = adapters::makeCanberraSounds();
+      sounds_ = adapters::makeTranscriptSounds(transcript_, player_.get());
+    }
+    if (objects_ && recorded_) recordedObjects_ = adapters::makeRecordingObjects(*objects_, transcript_);
+  }
+
+  Setup setup(const Options& options) {
+    Setup setup;
+    setup.registryFile = registryFile(options.registry);
+    setup.now = startTime(options.now);
+    setup.userInterface = front_.get();
+    setup.sounds = sounds_.get();
+    setup.objects = recordedObjects_ ? recordedObjects_.get() : objects_.get();
+    return setup;
+  }
+
+  /// Once the component is gone: the exit status, with what went wrong on standard error.
+  int finish(const Options& options) {
+    if (const auto mismatch = script_ ? script_->mismatch() : std::nullopt) {
+      std::cerr << "kartix: " << options.script << ": " << *mismatch << '\n';
+      return exit_status::scriptDidNotFit;
+    }
+    if (recorded_ && !file_) throw CommandFailure("the transcript is incomplete: " + options.transcript);
+    return exit_status::done;
+  }
+
+ private:
+  bool recorded_;
+  std::optional<adapters::Script> script_;
+  std::unique_ptr<platform::ObjectClasses> objects_;
+  std::ofstream file_;
+  adapters::Transcript transcript_;
+  std::unique_ptr<platform::UserInterface> windows_;
+  std::unique_ptr<platform::UserInterface> front_;
+  std::unique_ptr<platform::SoundPlayer> player_;
+  std::unique_ptr<platform::SoundPlayer> sounds_;
+  std::unique_ptr<platform::ObjectClasses> recordedObjects_;
+};
+
+std::int32_t callOperation(Kartix& kartix, const Options& options) {
+  const std::string lfdnr = options.lfdnr.value_or("");
+  if (options.operation == "ZKRAnfrage") return kartix.ZKRAnfrage(lfdnr);
+  if (options.operation == "FahrerKartenBestellung") return kartix.FahrerKartenBestellung(lfdnr);
+  if (options.operation == "KartenMitteilung") return kartix.KartenMitteilung(lfdnr);
+  if (options.operation == "KartenStorno") return kartix.KartenStorno(lfdnr);
+  return notCarriedOut;
+}
+
+/// Runs the operation; gives what standard output is to receive.
+Json operate(Component& component, const Options& options) {
+  Kartix kartix(component);
+  const bool ready = kartix.init(options.clerk, options.person);
+  const std::int32_t result = ready ? callOperation(kartix, options) : notCarriedOut;
+  Json properties = Json::object();
+  for (const auto& [name, value] : resultProperties(kartix)) properties[name] = value;
+  return {{"init", ready}, {"operation", options.operation}, {"result", result}, {"properties", properties}};
+}
+
+int perform(const Options& options) {
+  if (!options.lfdnr && options.operation != "none") throw UsageError("--lfdnr is required");
+  startTime(options.now);
+  Surroundings surroundings(options);
+  Json outcome;
+  {
+    Component component(surroundings.setup(options));
+    outcome = operate(component, options);
+  }
+  std::cout << outcome.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
+  return surroundings.finish(options);
+}
 
 }  // namespace
 
@@ -51,6 +160,10 @@ void addRunCommand(CLI::App& app, int& exit) {
   run->add_option("--transcript", options->transcript, "Write what the clerk saw and did as JSON lines")
       ->type_name("FILE");
   run->add_option("--objects", options->objects, "Stand-ins for the host application's objects")->type_name("FILE");
+  run->footer(
+      "Example:\n"
+      "  kartix run ZKRAnfrage --person 4711 --lfdnr 1 --clerk Meier --script clerk.json --transcript seen.jsonl");
+  run->callback([options, &exit] { exit = perform(*options); });
 }
 
 }  // namespace kartix::host

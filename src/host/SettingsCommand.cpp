@@ -142,7 +142,7 @@ void exportSettings(const Options& options) {
 void addSettingsCommand(CLI::App& app, int& exit) {
   const auto options = std::make_shared<Options>();
   CLI::App* const settings = app.add_subcommand("settings", "The settings store; passwords are kept scrambled");
-  settings->require_subcommand(1);
+  requireSubcommand(*settings);
   settings->footer(
       "Examples:\n"
       "  kartix settings set FS.DBName /var/lib/kartix/host.db\n"

@@ -23,7 +23,7 @@ using namespace kartix::host;
 constexpr const char* examples =
     "Examples:\n"
     "  kartix db create host.db\n"
-    "  kartix settings set FS.DBName host.db\n"
+    "  kartix settings set FS.DBName \"$PWD/host.db\"\n"
     "  kartix doctor\n"
     "  kartix run ZKRAnfrage --person 4711 --lfdnr 1 --clerk Meier\n"
     "\n"
@@ -38,7 +38,7 @@ int runCommand(int argc, char** argv) {
   CLI::App app("Driver card operations of a licence authority", "kartix");
   int exit = exit_status::done;
   app.set_version_flag("--version", "kartix " KARTIX_VERSION);
-  app.require_subcommand(1);
+  requireSubcommand(app);
   app.footer(examples);
 #if __has_include("host/DemoCommand.h")
   addDemoCommand(app, exit);

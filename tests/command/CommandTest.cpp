@@ -139,7 +139,8 @@ TEST_F(Command, DoctorSaysWhatToMend) {
   EXPECT_THAT(doctor.out, HasSubstr("FAULT  settings: cannot be read: "));
 
   ASSERT_EQ(shell("for n in a b; do openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -subj /CN=$n "
-                  "-days 3 -passout pass:geheim -keyout $n.key -out $n.crt; done")
+                  "-days 3 -passout pass:geheim -keyout $n.key -out $n.crt; done; "
+                  "openssl x509 -in b.crt -signkey b.key -passin pass:geheim -days -1 -out old.crt")
                 .status,
             0);
   write("empty.db", "");
@@ -159,6 +160,8 @@ TEST_F(Command, DoctorSaysWhatToMend) {
     EXPECT_THAT(doctor.out, HasSubstr(expected));
   }
   EXPECT_THAT(doctor.out, Not(HasSubstr("geheim")));
+  kartix("settings set GATEWAYCert old.crt");
+  EXPECT_THAT(kartix("doctor").out, HasSubstr("FAULT  certificate: expired on "));
   kartix("settings set GATEWAYCertPass falsch");
   EXPECT_THAT(kartix("doctor").out, HasSubstr("FAULT  certificate: key cannot be opened: b.key\n"));
 }
