@@ -17,10 +17,11 @@ std::vector<Setting> makeSettings() {
   const std::string product(productKey);
   std::vector<Setting> settings = {{product, "InfoDatei", "InfoDatei"}};
   const auto add = [&](const std::string& section, std::string_view names, bool secret = false) {
+    const std::string key = product + section + "\\";
     for (std::size_t begin = 0; begin < names.size();) {
       const std::size_t end = std::min(names.find(' ', begin), names.size());
       const std::string name(names.substr(begin, end - begin));
-      settings.push_back({product + section + "\\", name, section + "." + name, secret});
+      settings.push_back({key, name, std::string(section).append(".").append(name), secret});
       begin = end + 1;
     }
   };
@@ -40,8 +41,7 @@ std::vector<Setting> makeSettings() {
     add(account, "AllowPassChange");
   }
   add("ZFER", "DebugLevel DebugFile");
-  settings.push_back(
-      {"Software\\Tessel\\ARGO Anwendungen\\Version 9\\KXFS\\FOTOFS\\", "KODSImageDir", "KODSImageDir"});
+  settings.push_back({R"(Software\Tessel\ARGO Anwendungen\Version 9\KXFS\FOTOFS\)", "KODSImageDir", "KODSImageDir"});
   return settings;
 }
 

@@ -174,7 +174,8 @@ std::unique_ptr<ObjectClasses> makeScriptedObjects(std::string_view json) {
     if (!members.is_object()) throw BadInput(progId + ": a class is an object of members, or null");
     Members& known = classes[progId];
     for (const auto& [member, answer] : members.items()) {
-      known.insert_or_assign(member, Answers::read(answer, progId + "." + member));
+      const std::string place = std::string(progId).append(".").append(member);
+      known.insert_or_assign(member, Answers::read(answer, place));
     }
   }
   return std::make_unique<ScriptedObjects>(std::move(classes));

@@ -50,6 +50,10 @@ void readArgument(Step& step, const Json& value, std::size_t index) {
   }
 }
 
+const std::pair<std::string_view, Action>* findAction(std::string_view name) {
+  return std::find_if(actions.begin(), actions.end(), [&](const auto& action) { return action.first == name; });
+}
+
 Step readStep(const Json& json, std::size_t index) {
   if (!json.is_object()) bad(index, "is not an object");
   Step step;
@@ -60,8 +64,7 @@ Step readStep(const Json& json, std::size_t index) {
       step.window = value.get<std::string>();
       continue;
     }
-    const auto* const found =
-        std::find_if(actions.begin(), actions.end(), [&](const auto& action) { return action.first == key; });
+    const auto* const found = findAction(key);
     if (found == actions.end()) bad(index, "unknown action " + inQuotes(key));
     if (hasAction) bad(index, "more than one action");
     hasAction = true;
