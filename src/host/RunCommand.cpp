@@ -55,6 +55,13 @@ std::optional<platform::LocalTime> startTime(const std::string& now) {
   return time;
 }
 
+/// The host application's automation objects: stand-ins that answer from a file, or nothing for those that the
+/// component has by itself.
+std::unique_ptr<platform::ObjectClasses> hostObjects(const Options& options) {
+  if (options.objects.empty()) return nullptr;
+  return adapters::loadScriptedObjects(options.objects);
+}
+
 /// The clerk and the host around the component for one run: windows or a script, sounds, and the host's objects, each
 /// with its transcript.
 class Surroundings {
@@ -62,7 +69,7 @@ class Surroundings {
   explicit Surroundings(const Options& options)
       : recorded_(!options.transcript.empty()),
         script_(options.script.empty() ? std::nullopt : std::optional(adapters::Script::load(options.script))),
-        objects_(options.objects.empty() ? nullptr : adapters::loadScriptedObjects(options.objects)),
+        objects_(hostObjects(options)),
         file_(openTranscript(options.transcript)),
         transcript_(file_) {
     if (script_) {
