@@ -97,7 +97,7 @@ class Surroundings {
   /// Once the component is gone: the exit status, with what went wrong on standard error.
   int finish(const Options& options) {
     if (const auto mismatch = script_ ? script_->mismatch() : std::nullopt) {
-      std::cerr << "kartix: " << options.script << ": " << *mismatch << '\n';
+      std::cerr << "kartix: " << printable(options.script + ": " + *mismatch) << '\n';
       return exit_status::scriptDidNotFit;
     }
     if (recorded_ && !file_) throw CommandFailure("the transcript is incomplete: " + options.transcript);

@@ -30,7 +30,7 @@ constexpr const char* examples =
     "Each subcommand has a --help of its own.";
 
 int complain(const std::exception& error, int status) {
-  std::cerr << "kartix: " << error.what() << '\n';
+  std::cerr << "kartix: " << printable(error.what()) << '\n';
   return status;
 }
 
