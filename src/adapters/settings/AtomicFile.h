@@ -1,0 +1,88 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kartix::adapters {
+
+/// Largest settings file that is read or written, in bytes.
+inline constexpr std::size_t settingsLimit = 4U << 20U;
+
+/// Content of a file, or why there is none.
+struct FileContent {
+  enum class State { read, missing, unusable };
+
+  State state = State::unusable;  ///< unusable: not a regular file, too large, or not readable
+  std::string bytes;
+};
+
+/// Reads a regular file of at most `limit` bytes.
+FileContent readFile(const std::filesystem::path& path, std::size_t limit);
+
+/// An open file descriptor.
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) : number_(number) {}
+  ~Descriptor();
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+  bool valid() const { return number_ >= 0; }
+  /// Closes it; False when the system reports that something was not written.
+  bool close();
+
+ private:
+  int number_;
+};
+
+/// Exclusive hold on one file, to read it and put a new content in its place. Others who want to update a file of the
+/// same directory wait until this object is gone.
+///
+/// ```cpp
+/// FileUpdate update(path);
+/// bool written = update.held() && update.replace("new content");
+/// ```
+class FileUpdate {
+ public:
+  /// Follows symbolic links, so that the file they lead to is replaced and not the link. Waits at most five seconds.
+  explicit FileUpdate(std::filesystem::path path);
+
+  bool held() const { return held_; }
+
+  FileContent read(std::size_t limit) const { return readFile(path_, limit); }
+
+  /// Puts `bytes` in place of the former content. Whoever opens the file sees either all of the old or all of the new
+  /// content, also after a crash. Access rights are kept, a new file gets mode 0600. False when nothing was replaced.
+  bool replace(std::string_view bytes) const;
+
+ private:
+  std::filesystem::path path_;
+  Descriptor directory_;
+  bool held_ = false;
+};
+
+/// `FileUpdate` for a content that does not depend on the former one.
+bool replaceFile(const std::filesystem::path& path, std::string_view bytes);
+
+/// A file that is read again only when it has changed.
+class WatchedFile {
+ public:
+  explicit WatchedFile(std::filesystem::path path) : path_(std::move(path)) {}
+
+  const std::filesystem::path& path() const { return path_; }
+  /// The current content; `changed` tells whether it was read anew.
+  const FileContent& content(bool& changed);
+
+ private:
+  std::filesystem::path path_;
+  FileContent content_;
+  std::optional<struct stat> seen_;
+};
+
+}  // namespace kartix::adapters

@@ -1,0 +1,68 @@
+#include <optional>
+
+#include "adapters/settings/AtomicFile.h"
+#include "adapters/settings/RegDocument.h"
+#include "adapters/settings/Settings.h"
+
+namespace kartix::adapters {
+namespace {
+
+/// Creates the directory of a new settings file with its parents, for its owner only.
+void createDirectory(const std::filesystem::path& directory) {
+  std::error_code error;
+  if (directory.empty() || std::filesystem::exists(directory, error)) return;
+  createDirectory(directory.parent_path());
+  ::mkdir(directory.c_str(), S_IRWXU);
+}
+
+class RegFile : public platform::Registry {
+ public:
+  explicit RegFile(std::filesystem::path file) : file_(std::move(file)) {}
+
+  std::optional<platform::RegistryValue> RegQueryValueEx(std::string_view key, std::string_view name) override {
+    bool changed = false;
+    const FileContent& content = file_.content(changed);
+    if (changed) document_ = parse(content);
+    return document_ ? document_->value(key, name) : std::nullopt;
+  }
+
+  bool RegCreateKeyEx(std::string_view key) override {
+    return update([&](RegDocument& document) { return document.createKey(key); });
+  }
+
+  bool RegSetValueEx(std::string_view key, std::string_view name, std::string_view text) override {
+    return update([&](RegDocument& document) { return document.setString(key, name, text); });
+  }
+
+ private:
+  static std::optional<RegDocument> parse(const FileContent& content) {
+    if (content.state == FileContent::State::missing) return RegDocument();
+    if (content.state == FileContent::State::unusable) return std::nullopt;
+    return RegDocument::parse(content.bytes);
+  }
+
+  /// Changes what is in the file now, not what was read last: another process may have written meanwhile.
+  template <typename Change>
+  bool update(Change change) {
+    createDirectory(file_.path().parent_path());
+    const FileUpdate update(file_.path());
+    if (!update.held()) return false;
+    const FileContent content = update.read(settingsLimit);
+    auto document = parse(content);
+    if (!document || !change(*document)) return false;
+    const std::string bytes = document->encode();
+    if (content.state == FileContent::State::read && bytes == content.bytes) return true;
+    return bytes.size() <= settingsLimit && update.replace(bytes);
+  }
+
+  WatchedFile file_;
+  std::optional<RegDocument> document_;
+};
+
+}  // namespace
+
+std::unique_ptr<platform::Registry> makeRegFile(std::filesystem::path file) {
+  return std::make_unique<RegFile>(std::move(file));
+}
+
+}  // namespace kartix::adapters
