@@ -1,0 +1,140 @@
+#include "adapters/sqlite/Sqlite.h"
+
+#include <sqlite3.h>
+
+#include <chrono>
+#include <filesystem>
+
+#include "adapters/dbe/Engine.h"
+
+namespace kartix::adapters {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int busyMilliseconds = 5000;
+constexpr std::chrono::seconds statementTime{60};
+/// Steps of a statement between two looks at the clock.
+constexpr int progressSteps = 10'000;
+constexpr int longestStatement = 1 << 20;
+constexpr int longestValue = 16 << 20;
+
+struct CloseDatabase {
+  void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+};
+struct FinishStatement {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using Database = std::unique_ptr<sqlite3, CloseDatabase>;
+using Statement = std::unique_ptr<sqlite3_stmt, FinishStatement>;
+
+int prepare(sqlite3* database, const char* text, Statement& statement, const char** tail) {
+  sqlite3_stmt* raw = nullptr;
+  const int result = sqlite3_prepare_v2(database, text, -1, &raw, tail);
+  statement.reset(raw);
+  return result;
+}
+
+/// True when nothing but blanks, comments and semicolons is left.
+bool onlyOne(sqlite3* database, const char* tail) {
+  while (*tail != '\0') {
+    Statement next;
+    const char* const from = tail;
+    if (prepare(database, from, next, &tail) != SQLITE_OK || next || tail == from) return false;
+  }
+  return true;
+}
+
+/// Keeps statements to the data: no loaded code, no damage to the file's structure, no other files, and double quotes
+/// round names only.
+void harden(sqlite3* database) {
+  for (const int option : {SQLITE_DBCONFIG_DQS_DML, SQLITE_DBCONFIG_DQS_DDL, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION,
+                           SQLITE_DBCONFIG_TRUSTED_SCHEMA}) {
+    sqlite3_db_config(database, option, 0, nullptr);
+  }
+  sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_limit(database, SQLITE_LIMIT_ATTACHED, 0);
+  sqlite3_limit(database, SQLITE_LIMIT_SQL_LENGTH, longestStatement);
+  sqlite3_limit(database, SQLITE_LIMIT_LENGTH, longestValue);
+  sqlite3_busy_timeout(database, busyMilliseconds);
+}
+
+class SqliteConnection : public dbe::Connection {
+ public:
+  bool open(const std::string& name, const std::string& /*user*/, const std::string& /*password*/) override {
+    std::error_code error;
+    // An absolute path keeps special names from making a database in memory.
+    const std::filesystem::path path = std::filesystem::absolute(name, error);
+    if (name.empty() || name.find('\0') != std::string::npos || error ||
+        !std::filesystem::is_regular_file(path, error)) {
+      return false;
+    }
+    sqlite3* raw = nullptr;
+    const int opened = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
+    database_.reset(raw);
+    if (opened != SQLITE_OK) return false;
+    harden(raw);
+    sqlite3_progress_handler(
+        raw, progressSteps, [](void* self) { return static_cast<SqliteConnection*>(self)->overdue() ? 1 : 0; }, this);
+    dbe::RowSet rows;
+    // The first read tells whether the file is a database at all.
+    if (!run("select count(*) from sqlite_master", rows)) return true;
+    database_.reset();
+    return false;
+  }
+
+  std::optional<std::string> run(const std::string& statement, dbe::RowSet& rows) override {
+    started_ = Clock::now();
+    if (!begin()) return message();
+    auto error = step(statement, rows);
+    // Rows are read to the end, so a transaction that has only read need not keep its lock on the file.
+    if (sqlite3_txn_state(database_.get(), nullptr) != SQLITE_TXN_WRITE) end();
+    return error;
+  }
+
+ private:
+  bool overdue() const { return Clock::now() - started_ > statementTime; }
+  std::string message() const { return sqlite3_errmsg(database_.get()); }
+  bool command(const char* text) {
+    return sqlite3_exec(database_.get(), text, nullptr, nullptr, nullptr) == SQLITE_OK;
+  }
+
+  bool begin() { return sqlite3_get_autocommit(database_.get()) == 0 || command("begin"); }
+  void end() {
+    if (sqlite3_get_autocommit(database_.get()) == 0) command("rollback");
+  }
+
+  std::optional<std::string> step(const std::string& text, dbe::RowSet& rows) {
+    Statement statement;
+    const char* tail = nullptr;
+    if (prepare(database_.get(), text.c_str(), statement, &tail) != SQLITE_OK) return message();
+    if (!statement) return "Leere Anweisung";
+    if (!onlyOne(database_.get(), tail)) return "Mehr als eine Anweisung";
+    const int columns = sqlite3_column_count(statement.get());
+    std::vector<std::string_view> fields(static_cast<std::size_t>(columns));
+    for (;;) {
+      const int result = sqlite3_step(statement.get());
+      if (result == SQLITE_DONE) return std::nullopt;
+      if (result != SQLITE_ROW) return message();
+      for (int i = 0; i < columns; ++i) fields[static_cast<std::size_t>(i)] = value(statement.get(), i);
+      if (!rows.add(fields)) return "Das Ergebnis ist zu groß";
+    }
+  }
+
+  static std::string_view value(sqlite3_stmt* statement, int column) {
+    const unsigned char* const text = sqlite3_column_text(statement, column);
+    if (!text) return {};
+    return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
+  }
+
+  Database database_;
+  Clock::time_point started_;
+};
+
+}  // namespace
+
+std::unique_ptr<platform::DbeLibrary> makeSqliteDbe() {
+  return dbe::makeClient([](const dbe::Login& /*login*/) { return std::make_unique<SqliteConnection>(); });
+}
+
+}  // namespace kartix::adapters
