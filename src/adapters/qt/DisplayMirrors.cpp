@@ -1,0 +1,111 @@
+#include "adapters/qt/DisplayMirrors.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QStyle>
+#include <QVariant>
+#include <algorithm>
+
+#include "adapters/qt/Accelerators.h"
+#include "adapters/qt/Icons.h"
+
+namespace kartix::adapters::qt {
+namespace {
+
+/// Widths between which the lines of a message are wrapped, and the height beyond which it is scrolled.
+constexpr int narrowest = 240;
+constexpr int widest = 520;
+constexpr int highest = 420;
+
+/// Larger image files and images are not shown.
+constexpr qint64 largestFile = 64LL << 20;
+constexpr int longestSide = 20000;
+
+QPixmap readPicture(const QString& file, QSize size, qreal scale) {
+  if (QFileInfo(file).size() > largestFile) return {};
+  QImageReader reader(file);
+  // The host's image files do not say by their names what they are.
+  reader.setDecideFormatFromContent(true);
+  reader.setAutoTransform(true);
+  const QSize full = reader.size();
+  if (full.width() > longestSide || full.height() > longestSide) return {};
+  const QImage image = reader.read();
+  if (image.isNull()) return {};
+  QPixmap picture = QPixmap::fromImage(image.scaled(size * scale, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+  picture.setDevicePixelRatio(scale);
+  return picture;
+}
+
+}  // namespace
+
+LabelMirror::LabelMirror(forms::Label& control, QLabel& widget) : Mirror(control, widget), widget_(widget) {
+  widget_.setTextFormat(Qt::PlainText);
+}
+
+QString LabelMirror::caption() const {
+  const auto* const field = qobject_cast<const QLineEdit*>(widget_.buddy());
+  return widget_.buddy() && !(field && field->isReadOnly()) ? shown(control().text()) : QString();
+}
+
+void LabelMirror::show() {
+  const QString plain = shown(control().text());
+  // Without a partner an ampersand is an ordinary character to a label.
+  const QString text = widget_.buddy() ? withAccelerator(plain, accelerator()) : plain;
+  if (widget_.text() == text) return;
+  widget_.setText(text);
+  if (widget_.wordWrap()) fitWrapped();
+}
+
+void LabelMirror::fitWrapped() {
+  const QFontMetrics metrics(widget_.font());
+  const QSize natural = metrics.size(0, widget_.text());
+  const int width = std::clamp(natural.width() + 4, narrowest, widest);
+  const int height = widget_.heightForWidth(width);
+  widget_.setMinimumSize(0, 0);
+  auto* const inside = widget_.parentWidget();
+  auto* const viewport = inside ? inside->parentWidget() : nullptr;
+  if (auto* const area = viewport ? qobject_cast<QScrollArea*>(viewport->parentWidget()) : nullptr) {
+    const int bar = height > highest ? area->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 8 : 0;
+    area->setFixedSize(width + bar, std::min(height, highest));
+  } else {
+    widget_.setMinimumSize(width, height);
+  }
+}
+
+ProgressMirror::ProgressMirror(forms::ProgressBar& control, QProgressBar& widget)
+    : Mirror(control, widget), control_(control), widget_(widget) {
+  widget_.setRange(0, 100);
+}
+
+void ProgressMirror::show() { widget_.setValue(control_.value()); }
+
+StatusMirror::StatusMirror(forms::StatusBar& control, QStatusBar& widget)
+    : Mirror(control, widget), widget_(widget) {}
+
+void StatusMirror::show() {
+  const QString text = shown(control().text());
+  if (widget_.currentMessage() != text) widget_.showMessage(text);
+}
+
+PictureMirror::PictureMirror(forms::Picture& control, QLabel& widget)
+    : Mirror(control, widget), control_(control), widget_(widget) {}
+
+void PictureMirror::show() {
+  const qreal scale = widget_.devicePixelRatioF();
+  const QSize size = widget_.minimumSize();
+  const QFileInfo file(QString::fromStdString(control_.file()));
+  const QString drawing = widget_.property("drawing").toString();
+  // A file may be written anew under the same name.
+  const QString present = control_.file().empty() ? drawing
+                                                  : file.filePath() + u'|' + QString::number(file.size()) + u'|' +
+                                                        QString::number(file.lastModified().toMSecsSinceEpoch());
+  if (present == shown_) return;
+  shown_ = present;
+  widget_.setPixmap(control_.file().empty() ? drawnIcon(drawing).pixmap(size, scale)
+                                            : readPicture(file.filePath(), size, scale));
+}
+
+}  // namespace kartix::adapters::qt

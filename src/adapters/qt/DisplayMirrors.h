@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QStatusBar>
+
+#include "adapters/qt/Mirror.h"
+
+namespace kartix::adapters::qt {
+
+/// Label. One that wraps its words gets the width that suits its text; in a scroll area it also gets the area's size.
+class LabelMirror : public Mirror {
+ public:
+  LabelMirror(forms::Label& control, QLabel& widget);
+  QString caption() const override;
+
+ protected:
+  void show() override;
+
+ private:
+  void fitWrapped();
+
+  QLabel& widget_;
+};
+
+class ProgressMirror : public Mirror {
+ public:
+  ProgressMirror(forms::ProgressBar& control, QProgressBar& widget);
+
+ protected:
+  void show() override;
+
+ private:
+  forms::ProgressBar& control_;
+  QProgressBar& widget_;
+};
+
+class StatusMirror : public Mirror {
+ public:
+  StatusMirror(forms::StatusBar& control, QStatusBar& widget);
+
+ protected:
+  void show() override;
+
+ private:
+  QStatusBar& widget_;
+};
+
+/// An image file, or the drawing that the widget's property "drawing" names.
+class PictureMirror : public Mirror {
+ public:
+  PictureMirror(forms::Picture& control, QLabel& widget);
+
+ protected:
+  void show() override;
+
+ private:
+  forms::Picture& control_;
+  QLabel& widget_;
+  QString shown_;
+};
+
+}  // namespace kartix::adapters::qt

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Stage.h"
+#include "platform/UserInterface.h"
+
+namespace kartix::adapters {
+
+/// Shows forms as windows to a clerk. The application object is made at the first window when the host has none, and
+/// goes with the front end. Without a display that answers, forms are not shown (`ShowResult::noDisplay`); the
+/// process is never ended for it. All calls are made from one thread, the host's user-interface thread.
+std::unique_ptr<platform::UserInterface> makeQtUserInterface();
+
+/// Shows the windows of a play: on the display when there is one, else off screen, where their pictures can be taken
+/// all the same.
+std::unique_ptr<platform::Stage> makeQtStage();
+
+}  // namespace kartix::adapters

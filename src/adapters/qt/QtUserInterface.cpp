@@ -1,0 +1,69 @@
+#include <QApplication>
+#include <QThread>
+#include <vector>
+
+#include "adapters/qt/Application.h"
+#include "adapters/qt/InputBlock.h"
+#include "adapters/qt/Qt.h"
+#include "adapters/qt/Showing.h"
+
+namespace kartix::adapters {
+namespace {
+
+class QtUserInterface final : public platform::UserInterface {
+ public:
+  QtUserInterface() = default;
+  ~QtUserInterface() override { setHourglass(false); }
+  QtUserInterface(const QtUserInterface&) = delete;
+  QtUserInterface& operator=(const QtUserInterface&) = delete;
+
+  ShowResult showModal(forms::Form& form) override {
+    if (!application_.ready()) return ShowResult::noDisplay;
+    // Keys typed while the program was at work are not meant for a window that nobody has seen yet.
+    qt::InputBlock::paintPending();
+    showHourglass();
+    qt::Showing showing(form, open_.empty() ? QApplication::activeWindow() : &open_.back()->window());
+    if (!showing.window().designed()) return ShowResult::noDisplay;
+    open_.push_back(&showing);
+    showing.run();
+    open_.pop_back();
+    return ShowResult::ended;
+  }
+
+  void repaint() override {
+    if (!open_.empty()) qt::InputBlock::paintPending();
+  }
+
+  void setHourglass(bool on) override {
+    hourglass_ = on;
+    showHourglass();
+  }
+
+  void centerForm(forms::Form& form) override {
+    for (qt::Showing* showing : open_) {
+      if (&showing->form() == &form) showing->window().centre();
+    }
+  }
+
+  void progressReported(const forms::Form&, int, std::string_view) override {}
+
+ private:
+  /// The pointer can be changed only once there is an application; until then the wish is kept.
+  void showHourglass() {
+    if (hourglass_ == hourglassShown_ || !qobject_cast<QApplication*>(QCoreApplication::instance())) return;
+    if (hourglass_) QApplication::setOverrideCursor(Qt::WaitCursor);
+    if (!hourglass_) QApplication::restoreOverrideCursor();
+    hourglassShown_ = hourglass_;
+  }
+
+  qt::Application application_{qt::Application::Fallback::none};
+  std::vector<qt::Showing*> open_;
+  bool hourglass_ = false;
+  bool hourglassShown_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<platform::UserInterface> makeQtUserInterface() { return std::make_unique<QtUserInterface>(); }
+
+}  // namespace kartix::adapters

@@ -1,0 +1,66 @@
+#include "adapters/qt/Showing.h"
+
+#include <QTimer>
+#include <chrono>
+
+namespace kartix::adapters::qt {
+namespace {
+
+/// A window that nobody can see (on another workspace, say) is never painted; its form starts after this time.
+constexpr std::chrono::seconds unseen{2};
+
+}  // namespace
+
+Showing::Showing(forms::Form& form, QWidget* parent) : form_(form), window_(form, parent) {
+  window_.takeInput([this](const std::function<void()>& action) { return pass(action); });
+  window_.onPainted = [this] { startTimerSoon(); };
+  form_.attach(this);
+}
+
+Showing::~Showing() {
+  window_.onPainted = nullptr;
+  form_.attach(nullptr);
+}
+
+void Showing::run() {
+  form_.markShown();
+  window_.centre();
+  window_.show();
+  window_.raise();
+  window_.activateWindow();
+  QTimer::singleShot(unseen, &window_, [this] { fireTimer(); });
+  while (form_.shown()) {
+    loop_.exec();
+    if (!form_.shown()) break;
+    // The application is being ended under the window.
+    form_.userClose();
+    form_.hide();
+  }
+}
+
+void Showing::controlChanged(const forms::Control& control, forms::Change) { window_.mirror(control); }
+
+void Showing::formHidden() {
+  window_.hide();
+  loop_.quit();
+}
+
+bool Showing::pass(const std::function<void()>& action) {
+  if (form_.busy() || !form_.shown()) return false;
+  action();
+  startTimerSoon();
+  return true;
+}
+
+void Showing::startTimerSoon() {
+  if (fireQueued_ || !form_.Timer1.running()) return;
+  fireQueued_ = true;
+  QTimer::singleShot(0, &window_, [this] { fireTimer(); });
+}
+
+void Showing::fireTimer() {
+  fireQueued_ = false;
+  if (form_.shown() && !form_.busy()) form_.firePaintedTimer();
+}
+
+}  // namespace kartix::adapters::qt

@@ -1,0 +1,156 @@
+#include "adapters/qt/Window.h"
+
+#include <QCloseEvent>
+#include <QFont>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLayout>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <algorithm>
+
+#include "adapters/qt/Accelerators.h"
+#include "adapters/qt/Designs.h"
+
+namespace kartix::adapters::qt {
+
+QString widgetName(const std::string& controlName) {
+  QString name = QString::fromStdString(controlName);
+  return name.replace(u'[', u'_').remove(u']');
+}
+
+Window::Window(forms::Form& form, QWidget* parent)
+    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                          Qt::WindowCloseButtonHint),
+      form_(form) {
+  designed_ = fillFromDesign(form_.name(), *this);
+  // The font of the designs, and what takes its place where it is not installed.
+  QFont verdana = font();
+  verdana.setFamilies({QStringLiteral("Verdana"), QStringLiteral("DejaVu Sans"), verdana.family()});
+  verdana.setPointSizeF(9);
+  setFont(verdana);
+  setWindowModality(Qt::ApplicationModal);
+  setAttribute(Qt::WA_QuitOnClose, false);
+  for (forms::Control* control : form_.controls()) {
+    auto* const widget = findChild<QWidget*>(widgetName(control->name()));
+    if (auto mirror = widget ? makeMirror(*control, *widget) : nullptr) mirrors_.push_back(std::move(mirror));
+  }
+  mirrorAll();
+}
+
+void Window::takeInput(const Gate& gate) {
+  gate_ = gate;
+  for (const auto& mirror : mirrors_) mirror->takeInput(gate);
+}
+
+void Window::mirrorAll() {
+  mirrorCaption();
+  for (const auto& mirror : mirrors_) mirror->update();
+  assignAccelerators();
+}
+
+void Window::mirrorCaption() { setWindowTitle(QString::fromStdString(form_.caption())); }
+
+void Window::mirror(const forms::Control& control) {
+  Mirror* const mirror = mirrorOf(control);
+  if (!mirror) return;
+  const bool hadFocus = mirror->widget().hasFocus();
+  mirror->update();
+  mirrorEnabled(*mirror, hadFocus);
+  assignAccelerators();
+}
+
+/// A button that is disabled for the time of its work gets the focus back afterwards, unless the clerk went
+/// elsewhere.
+void Window::mirrorEnabled(const Mirror& mirror, bool hadFocus) {
+  if (hadFocus && !mirror.control().enabled()) lostFocus_ = &mirror.widget();
+  if (lostFocus_ != &mirror.widget() || !mirror.control().enabled()) return;
+  lostFocus_->setFocus(Qt::OtherFocusReason);
+  lostFocus_.clear();
+}
+
+void Window::focus(const forms::Control& control, bool selectAll) {
+  const Mirror* const mirror = mirrorOf(control);
+  if (!mirror) return;
+  lostFocus_.clear();
+  mirror->widget().setFocus(Qt::OtherFocusReason);
+  if (!selectAll) return;
+  if (auto* const line = qobject_cast<QLineEdit*>(&mirror->widget())) line->selectAll();
+  if (auto* const lines = qobject_cast<QPlainTextEdit*>(&mirror->widget())) lines->selectAll();
+}
+
+void Window::centre() {
+  if (layout()) layout()->activate();
+  adjustSize();
+  if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+    const QRect room = screen->availableGeometry();
+    QRect frame(QPoint(0, 0), isVisible() ? frameGeometry().size() : size());
+    frame.moveCenter(room.center());
+    move(std::max(frame.left(), room.left()), std::max(frame.top(), room.top()));
+  }
+  if (!isVisible()) return;
+  raise();
+  activateWindow();
+}
+
+void Window::reject() {
+  if (gate_) gate_([this] { form_.userClose(); });
+}
+
+void Window::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  reject();
+}
+
+void Window::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    pressEnter();
+    event->accept();
+    return;
+  }
+  if (event->modifiers() == Qt::NoModifier && event->key() != Qt::Key_Escape) lostFocus_.clear();
+  QDialog::keyPressEvent(event);
+}
+
+/// Enter presses the button that has the focus, else the form's default button.
+void Window::pressEnter() {
+  auto* button = qobject_cast<QPushButton*>(focusWidget());
+  for (const auto& mirror : mirrors_) {
+    if (button) break;
+    const auto* const control = dynamic_cast<const forms::Button*>(&mirror->control());
+    if (control && control->isDefault) button = qobject_cast<QPushButton*>(&mirror->widget());
+  }
+  if (button && button->isVisible()) button->click();
+}
+
+void Window::paintEvent(QPaintEvent* event) {
+  QDialog::paintEvent(event);
+  if (onPainted) onPainted();
+}
+
+Mirror* Window::mirrorOf(const forms::Control& control) const {
+  const auto found =
+      std::find_if(mirrors_.begin(), mirrors_.end(), [&](const auto& m) { return &m->control() == &control; });
+  return found == mirrors_.end() ? nullptr : found->get();
+}
+
+void Window::assignAccelerators() {
+  std::vector<Mirror*> bearers;
+  QStringList captions;
+  // Buttons first: their letters are the ones that clerks learn.
+  for (const bool buttons : {true, false}) {
+    for (const auto& mirror : mirrors_) {
+      if ((qobject_cast<QPushButton*>(&mirror->widget()) != nullptr) != buttons) continue;
+      bearers.push_back(mirror.get());
+      captions += mirror->caption();
+    }
+  }
+  if (captions == captions_) return;
+  captions_ = captions;
+  const auto letters = chooseAccelerators(captions);
+  for (std::size_t i = 0; i < bearers.size(); ++i) bearers[i]->setAccelerator(letters[i]);
+}
+
+}  // namespace kartix::adapters::qt

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QDialog>
+#include <QPointer>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "adapters/qt/Mirror.h"
+#include "platform/forms/Form.h"
+
+namespace kartix::adapters::qt {
+
+/// The window of one form, with a mirror for each control that its design has a widget for: `Text_3` for `Text[3]`,
+/// `Progress` for `Progress`. It shows the form and, once `takeInput` is called, takes the clerk's input.
+class Window : public QDialog {
+ public:
+  Window(forms::Form& form, QWidget* parent);
+
+  /// False when there is no design for the form.
+  bool designed() const { return designed_; }
+
+  void takeInput(const Gate& gate);
+
+  /// Shows everything of the form again.
+  void mirrorAll();
+  void mirrorCaption();
+  void mirror(const forms::Control& control);
+  void focus(const forms::Control& control, bool selectAll);
+
+  /// Centres the window on the primary screen and brings it to the front.
+  void centre();
+
+  /// Called after each painting.
+  std::function<void()> onPainted;
+
+  /// Escape and the close box: both are the form's to decide on.
+  void reject() override;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  Mirror* mirrorOf(const forms::Control& control) const;
+  void mirrorEnabled(const Mirror& mirror, bool hadFocus);
+  void assignAccelerators();
+  void pressEnter();
+
+  forms::Form& form_;
+  Gate gate_;
+  bool designed_ = false;
+  std::vector<std::unique_ptr<Mirror>> mirrors_;
+  QPointer<QWidget> lostFocus_;  ///< had the focus when it was disabled
+  QStringList captions_;         ///< those that the accelerators were chosen for
+};
+
+/// "Text_3" for "Text[3]".
+QString widgetName(const std::string& controlName);
+
+}  // namespace kartix::adapters::qt
