@@ -1,0 +1,26 @@
+#pragma once
+
+#include <curl/curl.h>
+
+#include <cstdint>
+#include <string>
+
+#include "adapters/curl/Exchange.h"
+
+namespace kartix::adapters {
+
+/// How far a failed transfer came.
+struct Failure {
+  CURLcode result;
+  bool throughProxy;
+  bool tunnelOpen;  ///< the secure proxy has opened the way to the server
+  int alert;        ///< TLS alert from the server, 0 for none
+};
+
+/// Code of `platform::http_error` for a transfer that failed.
+std::int32_t errorOf(const Failure& failure, const Exchange& exchange);
+
+/// German text of a code.
+std::string errorText(std::int32_t code);
+
+}  // namespace kartix::adapters

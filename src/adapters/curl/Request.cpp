@@ -1,0 +1,231 @@
+#include "adapters/curl/Request.h"
+
+#include <openssl/ssl.h>
+
+#include <algorithm>
+
+#include "adapters/curl/Errors.h"
+#include "common/Numbers.h"
+#include "common/Text.h"
+
+namespace kartix::adapters {
+namespace {
+
+constexpr std::int32_t accepted = 0;
+constexpr std::int32_t methodAccepted = 12;
+constexpr std::int32_t refused = -1;
+
+constexpr std::int32_t largestPort = 65535;
+
+/// Seconds that a kept connection may have been idle; servers close theirs sooner or later.
+constexpr long longestIdle = 60;
+
+bool hasControlCharacter(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+}
+
+bool isPort(std::string_view text) {
+  const std::int32_t number = leadingInt32(text);
+  return text::allDigits(text) && number > 0 && number <= largestPort;
+}
+
+/// Puts host and port into `url`; false when one of them is not usable.
+bool setHost(CURLU* url, std::string_view host, std::string_view port) {
+  if (host.empty() || hasControlCharacter(host) || !isPort(port)) return false;
+  const bool bareIpv6 = !host.starts_with('[') && host.find(':') != std::string_view::npos;
+  const std::string name = bareIpv6 ? "[" + std::string(host) + "]" : std::string(host);
+  return curl_url_set(url, CURLUPART_HOST, name.c_str(), 0) == CURLUE_OK &&
+         curl_url_set(url, CURLUPART_PORT, std::string(port).c_str(), 0) == CURLUE_OK;
+}
+
+void add(HeaderList& list, const std::string& line) {
+  curl_slist* const longer = curl_slist_append(list.get(), line.c_str());
+  if (!longer) throw std::bad_alloc();
+  static_cast<void>(list.release());
+  list.reset(longer);
+}
+
+/// Index of the handle among the data that a TLS context carries.
+int handleIndex() {
+  static const int index = SSL_CTX_get_ex_new_index(0, nullptr, nullptr, nullptr, nullptr);
+  return index;
+}
+
+void onTlsEvent(const SSL* tls, int where, int value) {
+  constexpr int alertMask = 0xFF;
+  if ((where & SSL_CB_READ_ALERT) != SSL_CB_READ_ALERT || (value >> 8) != SSL3_AL_FATAL) return;
+  auto* const handle = static_cast<Handle*>(SSL_CTX_get_ex_data(SSL_get_SSL_CTX(tls), handleIndex()));
+  if (handle) handle->alert = value & alertMask;
+}
+
+/// What a new TLS context is given besides the library's own settings.
+struct TlsExtras {
+  Handle* handle;
+  std::string caFile;
+};
+
+CURLcode onTlsContext(CURL*, void* context, void* extras) {
+  auto* const tls = static_cast<SSL_CTX*>(context);
+  const auto& [handle, caFile] = *static_cast<TlsExtras*>(extras);
+  SSL_CTX_set_ex_data(tls, handleIndex(), handle);
+  SSL_CTX_set_info_callback(tls, onTlsEvent);
+  if (!caFile.empty() && SSL_CTX_load_verify_file(tls, caFile.c_str()) != 1) return CURLE_SSL_CACERT_BADFILE;
+  return CURLE_OK;
+}
+
+}  // namespace
+
+std::int32_t Request::TESSELHTTPsetServer(std::string_view server, std::string_view port) {
+  return setHost(url_.get(), text::trim(server), text::trim(port)) ? accepted : refused;
+}
+
+std::int32_t Request::TESSELHTTPsetMethod(std::string_view method) {
+  if (method != "POST" && method != "GET") return refused;
+  post_ = method == "POST";
+  return methodAccepted;
+}
+
+void Request::TESSELHTTPsetContentType(std::string_view type) {
+  if (!hasControlCharacter(type)) contentType_ = type;
+}
+
+std::int32_t Request::TESSELHTTPsetPath(std::string_view path) {
+  if (hasControlCharacter(path)) return refused;
+  path_ = path.empty() ? "/" : path;
+  return accepted;
+}
+
+std::int32_t Request::TESSELHTTPsetBody(std::string_view bytes) {
+  body_ = bytes;
+  return accepted;
+}
+
+void Request::TESSELHTTPaddCookie(std::string_view name, std::string_view value) {
+  // A value that would end the cookie or the line cannot have come from a gateway's answer.
+  if (hasControlCharacter(name) || hasControlCharacter(value) || value.find(';') != std::string_view::npos) return;
+  if (!cookies_.empty()) cookies_ += "; ";
+  cookies_.append(name).append("=").append(value);
+}
+
+void Request::TESSELHTTPsetPEM(std::string_view certificate, std::string_view key, std::string_view phrase) {
+  certificate_ = certificate;
+  key_ = key;
+  phrase_ = phrase;
+}
+
+std::string Request::identity() const {
+  constexpr char separator = '\0';
+  std::string text = tls_ ? "https" : "http";
+  for (const std::string& part : {certificate_, key_, phrase_, proxy_.value_or("")})
+    text.append(1, separator) += part;
+  return text;
+}
+
+HeaderList Request::requestHeaders() const {
+  HeaderList headers(nullptr, curl_slist_free_all);
+  add(headers, "Accept:");  // a name without a value keeps the library from sending its own
+  add(headers, "Expect:");
+  add(headers, contentType_.empty() ? "Content-Type:" : "Content-Type: " + contentType_);
+  return headers;
+}
+
+void Request::prepareHttp(CURL* easy, curl_slist* headers) {
+  curl_url_set(url_.get(), CURLUPART_SCHEME, tls_ ? "https" : "http", 0);
+  curl_easy_setopt(easy, CURLOPT_CURLU, url_.get());
+  curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+  curl_easy_setopt(easy, CURLOPT_REQUEST_TARGET, path_.c_str());
+  curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers);
+  curl_easy_setopt(easy, CURLOPT_HTTP_CONTENT_DECODING, 0L);
+  if (post_) {
+    curl_easy_setopt(easy, CURLOPT_POST, 1L);
+    curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body_.size()));
+    curl_easy_setopt(easy, CURLOPT_POSTFIELDS, body_.data());
+  }
+  if (!cookies_.empty()) curl_easy_setopt(easy, CURLOPT_COOKIE, cookies_.c_str());
+  curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(Answer::bodyLimit));
+  curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, static_cast<long>(options_.connectSeconds));
+  curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, longestIdle);
+  curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
+  curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+}
+
+void Request::prepareTls(Handle& handle) {
+  CURL* const easy = handle.easy();
+  curl_easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+  curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, 1L);
+  curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, 2L);
+  if (certificate_.empty()) return;
+  curl_easy_setopt(easy, CURLOPT_SSLCERT, certificate_.c_str());
+  if (!key_.empty()) curl_easy_setopt(easy, CURLOPT_SSLKEY, key_.c_str());
+  // Also when it is empty: without a phrase OpenSSL would ask for one on the terminal.
+  curl_easy_setopt(easy, CURLOPT_KEYPASSWD, phrase_.c_str());
+}
+
+bool Request::prepareProxy(CURL* easy, curl_slist* headers) {
+  curl_easy_setopt(easy, CURLOPT_PROXY, "");  // empty: none, not the environment's
+  if (!proxy_) return true;
+  const std::string address = text::trim(*proxy_);
+  const auto colon = address.rfind(':');
+  if (colon == std::string::npos) return false;
+  const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> url(curl_url(), curl_url_cleanup);
+  if (!setHost(url.get(), std::string_view(address).substr(0, colon), std::string_view(address).substr(colon + 1))) {
+    return false;
+  }
+  curl_easy_setopt(easy, CURLOPT_PROXY, address.c_str());
+  curl_easy_setopt(easy, CURLOPT_PROXYTYPE, static_cast<long>(CURLPROXY_HTTP));
+  curl_easy_setopt(easy, CURLOPT_NOPROXY, "");  // no exceptions from the environment either
+  curl_easy_setopt(easy, CURLOPT_HTTPPROXYTUNNEL, 1L);
+  curl_easy_setopt(easy, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE));
+  curl_easy_setopt(easy, CURLOPT_PROXYHEADER, headers);
+  curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  return true;
+}
+
+std::int32_t Request::TESSELHTTPsend() {
+  exchange_.emplace(body_.size(), std::chrono::seconds(options_.stallSeconds));
+  std::unique_ptr<Handle> handle = pool_->take(identity());
+  const std::int32_t outcome = perform(*handle);
+  pool_->giveBack(std::move(handle));
+  return outcome;
+}
+
+std::int32_t Request::perform(Handle& handle) {
+  CURL* const easy = handle.easy();
+  const HeaderList headers = requestHeaders();
+  HeaderList proxyHeaders(nullptr, curl_slist_free_all);
+  add(proxyHeaders, "Proxy-Connection:");
+  TlsExtras extras{&handle, options_.caFile.string()};
+
+  exchange_->attach(easy);
+  prepareHttp(easy, headers.get());
+  prepareTls(handle);
+  curl_easy_setopt(easy, CURLOPT_SSL_CTX_FUNCTION, onTlsContext);
+  curl_easy_setopt(easy, CURLOPT_SSL_CTX_DATA, &extras);
+  if (!prepareProxy(easy, proxyHeaders.get())) return platform::http_error::secureProxyNotReachable;
+
+  const CURLcode result = curl_easy_perform(easy);
+  long status = 0;
+  curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
+  if (result == CURLE_OK && status > 0) return static_cast<std::int32_t>(status);
+  long connectStatus = 0;
+  curl_easy_getinfo(easy, CURLINFO_HTTP_CONNECTCODE, &connectStatus);
+  return errorOf({result, proxy_.has_value(), connectStatus / 100 == 2, handle.alert}, *exchange_);
+}
+
+std::string Request::TESSELHTTPgetResponseDesc(std::size_t size) const {
+  if (!exchange_) return {};
+  std::string reason = exchange_->answer.reason();
+  while (reason.size() > size) reason = text::left(reason, text::length(reason) - 1);
+  return reason;
+}
+
+const std::string& Request::TESSELHTTPgetResponseBody() const {
+  static const std::string nothing;
+  return exchange_ ? exchange_->answer.body() : nothing;
+}
+
+std::string Request::TESSELHTTPgetSetCookie(std::string_view name) const {
+  return exchange_ ? exchange_->answer.cookie(std::string(name)) : std::string();
+}
+
+}  // namespace kartix::adapters
