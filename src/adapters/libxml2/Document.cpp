@@ -1,0 +1,151 @@
+#include "adapters/libxml2/Document.h"
+
+#include <libxml/parser.h>
+#include <libxml/parserInternals.h>
+#include <libxml/xmlsave.h>
+#include <libxml/xpath.h>
+#include <libxml/xpathInternals.h>
+
+#include <new>
+
+#include "common/Text.h"
+
+namespace kartix::adapters {
+namespace {
+
+const xmlChar* bytesOf(const std::string& text) { return reinterpret_cast<const xmlChar*>(text.c_str()); }
+
+std::string textOf(const xmlChar* text) { return text ? reinterpret_cast<const char*>(text) : std::string(); }
+
+/// Entities other than the predefined five do not exist here: declaring one has no effect, using one makes the
+/// document unusable. So nothing is ever expanded or fetched.
+xmlEntity* onlyPredefined(void* context, const xmlChar* name) {
+  if (xmlEntity* const predefined = xmlGetPredefinedEntity(name)) return predefined;
+  static_cast<xmlParserCtxt*>(context)->wellFormed = 0;
+  return nullptr;
+}
+
+xmlEntity* noParameterEntity(void* context, const xmlChar*) {
+  static_cast<xmlParserCtxt*>(context)->wellFormed = 0;
+  return nullptr;
+}
+
+void ignoreEntity(void*, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) {}
+
+xmlDoc* parsed(const std::string& text) {
+  const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(), xmlFreeParserCtxt);
+  if (!parser) throw std::bad_alloc();
+  parser->sax->getEntity = onlyPredefined;
+  parser->sax->getParameterEntity = noParameterEntity;
+  parser->sax->entityDecl = ignoreEntity;
+  constexpr int options = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_IGNORE_ENC;
+  return xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()), nullptr, "UTF-8", options);
+}
+
+/// `text` without the characters that XML cannot carry.
+std::string carriable(std::string_view text) {
+  std::string result;
+  for (std::size_t position = 0; position < text.size();) {
+    const char32_t character = text::nextCharacter(text, position);
+    if (IS_CHAR(static_cast<unsigned>(character))) text::append(result, character);
+  }
+  return result;
+}
+
+std::string qualifiedName(const xmlNode& node) {
+  const bool prefixed = node.type == XML_ELEMENT_NODE && node.ns && node.ns->prefix;
+  return prefixed ? textOf(node.ns->prefix) + ":" + textOf(node.name) : textOf(node.name);
+}
+
+}  // namespace
+
+xmlNode* Document::nodeOf(platform::XmlNode node) const {
+  return node ? static_cast<xmlNode*>(node) : reinterpret_cast<xmlNode*>(document_.get());
+}
+
+bool Document::loadXML(std::string_view text) {
+  document_.reset();
+  if (text.size() > documentLimit || !text::isValidUtf8(text)) return false;
+  document_.reset(parsed(std::string(text)));
+  declared_ = text.starts_with("<?xml ");
+  return document_ != nullptr;
+}
+
+std::string Document::xml() const {
+  if (!document_) return {};
+  std::string text;
+  if (declared_) {
+    text = "<?xml version=\"" + textOf(document_->version) + "\"";
+    if (document_->standalone >= 0) text += document_->standalone == 1 ? " standalone=\"yes\"" : " standalone=\"no\"";
+    text += "?>";
+  }
+  const std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)> buffer(xmlBufferCreate(), xmlBufferFree);
+  if (!buffer) throw std::bad_alloc();
+  xmlSaveCtxt* const writer = xmlSaveToBuffer(buffer.get(), "UTF-8", XML_SAVE_NO_DECL | XML_SAVE_AS_XML);
+  if (!writer) throw std::bad_alloc();
+  for (xmlNode* node = document_->children; node; node = node->next) xmlSaveTree(writer, node);
+  xmlSaveClose(writer);
+  return text + textOf(xmlBufferContent(buffer.get()));
+}
+
+platform::XmlNode Document::documentElement() const {
+  return document_ ? xmlDocGetRootElement(document_.get()) : nullptr;
+}
+
+platform::XmlNode Document::appendElement(platform::XmlNode parent, std::string_view name, std::string_view text) {
+  const std::string elementName(name);
+  if (xmlValidateNCName(bytesOf(elementName), 0) != 0) return nullptr;
+  if (!document_) document_.reset(xmlNewDoc(nullptr));
+  if (!document_) throw std::bad_alloc();
+  if (!parent && xmlDocGetRootElement(document_.get())) return nullptr;
+
+  xmlNode* const element = xmlNewDocNode(document_.get(), nullptr, bytesOf(elementName), nullptr);
+  if (!element) throw std::bad_alloc();
+  xmlAddChild(nodeOf(parent), element);
+  const std::string content = carriable(text);
+  // No node for an empty text: it would be written as a start and an end tag.
+  if (!content.empty()) xmlAddChild(element, xmlNewDocText(document_.get(), bytesOf(content)));
+  return element;
+}
+
+std::vector<platform::XmlNode> Document::selectNodes(std::string_view xpath, platform::XmlNode context) const {
+  if (!document_) return {};
+  const std::unique_ptr<xmlXPathContext, decltype(&xmlXPathFreeContext)> evaluation(
+      xmlXPathNewContext(document_.get()), xmlXPathFreeContext);
+  if (!evaluation) throw std::bad_alloc();
+  evaluation->node = nodeOf(context);
+  evaluation->error = [](void*, auto) {};
+  const std::unique_ptr<xmlXPathObject, decltype(&xmlXPathFreeObject)> found(
+      xmlXPathEvalExpression(bytesOf(std::string(xpath)), evaluation.get()), xmlXPathFreeObject);
+  if (!found || found->type != XPATH_NODESET || !found->nodesetval) return {};
+
+  xmlXPathNodeSetSort(found->nodesetval);
+  std::vector<platform::XmlNode> nodes;
+  for (int i = 0; i < found->nodesetval->nodeNr; ++i) {
+    xmlNode* const node = found->nodesetval->nodeTab[i];
+    if (node->type == XML_ELEMENT_NODE) nodes.push_back(node);
+  }
+  return nodes;
+}
+
+std::vector<platform::XmlNode> Document::children(platform::XmlNode parent, std::string_view name) const {
+  std::vector<platform::XmlNode> nodes;
+  if (!document_) return nodes;
+  for (xmlNode* node = nodeOf(parent)->children; node; node = node->next) {
+    if (node->type == XML_ELEMENT_NODE && qualifiedName(*node) == name) nodes.push_back(node);
+  }
+  return nodes;
+}
+
+std::string Document::nodeName(platform::XmlNode node) const {
+  return node ? qualifiedName(*static_cast<xmlNode*>(node)) : "#document";
+}
+
+std::string Document::nodeText(platform::XmlNode node) const {
+  if (!document_) return {};
+  xmlNode* const source = node ? nodeOf(node) : xmlDocGetRootElement(document_.get());
+  const std::unique_ptr<xmlChar, decltype(xmlFree)> content(xmlNodeGetContent(source), xmlFree);
+  return textOf(content.get());
+}
+
+}  // namespace kartix::adapters
