@@ -1,0 +1,110 @@
+#include "support/Listener.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdint>
+#include <stdexcept>
+#include <utility>
+
+namespace kartix::test {
+namespace {
+
+sockaddr_in loopback(std::uint16_t port) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(port);
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  return address;
+}
+
+/// A peer that is gone must not end the test program; the client's own threads keep their handling.
+void blockPipeSignal() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+}  // namespace
+
+Listener::Listener() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  sockaddr_in address = loopback(0);
+  socklen_t size = sizeof address;
+  auto* const generic = reinterpret_cast<sockaddr*>(&address);
+  constexpr int backlog = 16;
+  if (::bind(socket_, generic, size) != 0 || ::listen(socket_, backlog) != 0 ||
+      ::getsockname(socket_, generic, &size) != 0) {
+    ::close(socket_);
+    throw std::runtime_error("no listening socket");
+  }
+  port_ = std::to_string(ntohs(address.sin_port));
+}
+
+Listener::~Listener() {
+  stop();
+  ::close(socket_);
+}
+
+void Listener::start(std::function<void(int, int)> serve) {
+  serve_ = std::move(serve);
+  accepting_ = std::thread([this] {
+    blockPipeSignal();  // the workers inherit it
+    acceptAll();
+  });
+}
+
+void Listener::acceptAll() {
+  while (true) {
+    const int socket = ::accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
+    if (socket < 0) return;
+    const std::scoped_lock lock(mutex_);
+    if (stopped_) {
+      ::close(socket);
+      return;
+    }
+    open_.push_back(socket);
+    workers_.emplace_back([this, socket, number = connections_++] {
+      serve_(socket, number);
+      forget(socket);
+      ::close(socket);
+    });
+  }
+}
+
+void Listener::stop() {
+  {
+    const std::scoped_lock lock(mutex_);
+    stopped_ = true;
+    for (const int socket : open_) ::shutdown(socket, SHUT_RDWR);
+  }
+  ::shutdown(socket_, SHUT_RDWR);
+  if (accepting_.joinable()) accepting_.join();
+  for (std::thread& worker : workers_) worker.join();
+  workers_.clear();
+}
+
+void Listener::remember(int socket) {
+  const std::scoped_lock lock(mutex_);
+  open_.push_back(socket);
+  if (stopped_) ::shutdown(socket, SHUT_RDWR);
+}
+
+void Listener::forget(int socket) {
+  const std::scoped_lock lock(mutex_);
+  std::erase(open_, socket);
+}
+
+int connectTo(const std::string& port) {
+  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const sockaddr_in address = loopback(static_cast<std::uint16_t>(std::stoi(port)));
+  if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return socket;
+  ::close(socket);
+  return -1;
+}
+
+}  // namespace kartix::test

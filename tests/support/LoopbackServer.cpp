@@ -1,0 +1,217 @@
+#include "support/LoopbackServer.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+#include <utility>
+
+namespace kartix::test {
+namespace {
+
+constexpr std::string_view endOfHead = "\r\n\r\n";
+
+/// One connection, plain or TLS.
+class Wire {
+ public:
+  Wire(int socket, SSL_CTX* context) : socket_(socket), tls_(nullptr, SSL_free) {
+    if (!context) return;
+    tls_.reset(SSL_new(context));
+    SSL_set_fd(tls_.get(), socket);
+    open_ = SSL_accept(tls_.get()) == 1;
+  }
+
+  bool open() const { return open_; }
+
+  /// Some bytes; none when the peer is gone.
+  std::string read() {
+    std::array<char, 16384> buffer{};
+    const int size = tls_ ? SSL_read(tls_.get(), buffer.data(), static_cast<int>(buffer.size()))
+                          : static_cast<int>(::recv(socket_, buffer.data(), buffer.size(), 0));
+    return size > 0 ? std::string(buffer.data(), static_cast<std::size_t>(size)) : std::string();
+  }
+
+  void write(std::string_view bytes) {
+    while (!bytes.empty()) {
+      const int size = tls_ ? SSL_write(tls_.get(), bytes.data(), static_cast<int>(bytes.size()))
+                            : static_cast<int>(::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL));
+      if (size <= 0) return;
+      bytes.remove_prefix(static_cast<std::size_t>(size));
+    }
+  }
+
+  /// Says goodbye as TLS wants it; an answer that only stops is one that broke off.
+  void close() {
+    if (tls_) SSL_shutdown(tls_.get());
+  }
+
+ private:
+  int socket_;
+  std::unique_ptr<SSL, decltype(&SSL_free)> tls_;
+  bool open_ = true;
+};
+
+std::size_t bodySize(const std::string& head) {
+  constexpr std::string_view name = "\r\nContent-Length: ";
+  const auto at = head.find(name);
+  return at == std::string::npos ? 0 : std::stoul(head.substr(at + name.size()));
+}
+
+/// The next request; nothing when the peer is gone. Left-over bytes stay in `pending`.
+std::optional<RecordedRequest> readRequest(Wire& wire, std::string& pending,
+                                           const LoopbackServer::Impatience& impatience) {
+  RecordedRequest request;
+  const auto readUntil = [&](const auto& enough) {
+    while (!enough()) {
+      const std::string bytes = wire.read();
+      if (bytes.empty()) return false;
+      pending += bytes;
+    }
+    return true;
+  };
+  if (!readUntil([&] { return pending.find(endOfHead) != std::string::npos; })) return std::nullopt;
+  const std::size_t headSize = pending.find(endOfHead) + endOfHead.size();
+  request.head = pending.substr(0, headSize);
+  pending.erase(0, headSize);
+  if (impatience && impatience(request)) return request;
+  const std::size_t size = bodySize(request.head);
+  if (!readUntil([&] { return pending.size() >= size; })) return std::nullopt;
+  request.body = pending.substr(0, size);
+  pending.erase(0, size);
+  return request;
+}
+
+SSL_CTX* makeContext(const TlsWishes& wishes) {
+  SSL_CTX* const context = SSL_CTX_new(TLS_server_method());
+  if (SSL_CTX_use_certificate_file(context, wishes.files.certificate.c_str(), SSL_FILETYPE_PEM) != 1 ||
+      SSL_CTX_use_PrivateKey_file(context, wishes.files.key.c_str(), SSL_FILETYPE_PEM) != 1) {
+    SSL_CTX_free(context);
+    throw std::runtime_error("server certificate is not usable");
+  }
+  constexpr std::array<unsigned char, 6> sessions = {'k', 'a', 'r', 't', 'i', 'x'};
+  SSL_CTX_set_session_id_context(context, sessions.data(), sessions.size());
+  if (wishes.onlyTls12) SSL_CTX_set_max_proto_version(context, TLS1_2_VERSION);
+  if (!wishes.clientCa.empty()) {
+    SSL_CTX_load_verify_file(context, wishes.clientCa.c_str());
+    SSL_CTX_set_verify(context, SSL_VERIFY_PEER | SSL_VERIFY_FAIL_IF_NO_PEER_CERT, nullptr);
+  }
+  return context;
+}
+
+LoopbackServer::Script inTurn(std::vector<Reply> replies) {
+  return [replies = std::move(replies), next = std::size_t{0}](const RecordedRequest&) mutable {
+    const Reply reply = replies.at(next);
+    if (next + 1 < replies.size()) ++next;
+    return reply;
+  };
+}
+
+/// Carries bytes both ways until both sides are done.
+void relay(int one, int other) {
+  std::array<pollfd, 2> ends = {{{one, POLLIN, 0}, {other, POLLIN, 0}}};
+  while (ends[0].fd >= 0 || ends[1].fd >= 0) {
+    if (::poll(ends.data(), ends.size(), -1) < 0) return;
+    for (pollfd& from : ends) {
+      if (from.fd < 0 || from.revents == 0) continue;
+      const int to = from.fd == one ? other : one;
+      std::array<char, 16384> buffer{};
+      const auto size = ::recv(from.fd, buffer.data(), buffer.size(), 0);
+      if (size > 0 && ::send(to, buffer.data(), static_cast<std::size_t>(size), MSG_NOSIGNAL) == size) continue;
+      ::shutdown(to, SHUT_WR);
+      from.fd = -1;
+    }
+  }
+}
+
+}  // namespace
+
+std::string answer(const std::string& body, const std::string& status, const std::string& headers) {
+  return "HTTP/1.1 " + status + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n" + headers + "\r\n" +
+         body;
+}
+
+LoopbackServer::LoopbackServer(Script script, const std::optional<TlsWishes>& tls, Impatience impatience)
+    : script_(std::move(script)),
+      impatience_(std::move(impatience)),
+      tls_(tls ? makeContext(*tls) : nullptr, SSL_CTX_free) {
+  listener_.start([this](int socket, int number) { serve(socket, number); });
+}
+
+LoopbackServer::LoopbackServer(std::vector<Reply> replies, const std::optional<TlsWishes>& tls)
+    : LoopbackServer(inTurn(std::move(replies)), tls) {}
+
+std::vector<RecordedRequest> LoopbackServer::requests() const {
+  const std::scoped_lock lock(mutex_);
+  return requests_;
+}
+
+Reply LoopbackServer::replyTo(const RecordedRequest& request) {
+  const std::scoped_lock lock(mutex_);
+  requests_.push_back(request);
+  return script_(request);
+}
+
+void LoopbackServer::serve(int socket, int number) {
+  Wire wire(socket, tls_.get());
+  std::string pending;
+  while (wire.open()) {
+    std::optional<RecordedRequest> request = readRequest(wire, pending, impatience_);
+    if (!request) return;
+    request->connection = number;
+    const Reply reply = replyTo(*request);
+    wire.write(reply.bytes);
+    switch (reply.then) {
+      case Reply::Then::keepOpen:
+        break;
+      case Reply::Then::hang:
+        while (!wire.read().empty()) {
+        }
+        return;
+      case Reply::Then::reset: {
+        const linger atOnce{1, 0};
+        ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+        return;
+      }
+      case Reply::Then::close:
+        wire.close();
+        return;
+    }
+  }
+}
+
+ConnectProxy::ConnectProxy(std::string refusal) : refusal_(std::move(refusal)) {
+  listener_.start([this](int socket, int) { serve(socket); });
+}
+
+std::vector<std::string> ConnectProxy::requests() const {
+  const std::scoped_lock lock(mutex_);
+  return requests_;
+}
+
+void ConnectProxy::serve(int socket) {
+  Wire wire(socket, nullptr);
+  std::string pending;
+  const std::optional<RecordedRequest> request = readRequest(wire, pending, nullptr);
+  if (!request) return;
+  {
+    const std::scoped_lock lock(mutex_);
+    requests_.push_back(request->head);
+  }
+  const std::string& head = request->head;
+  if (!refusal_.empty() || !head.starts_with("CONNECT ")) {
+    return wire.write(answer("", refusal_.empty() ? "405 Method Not Allowed" : refusal_));
+  }
+  const std::string target = head.substr(0, head.find(" HTTP/"));
+  const int server = connectTo(target.substr(target.rfind(':') + 1));
+  if (server < 0) return wire.write(answer("", "502 Bad Gateway"));
+  wire.write("HTTP/1.1 200 Connection established\r\n\r\n");
+  listener_.remember(server);
+  relay(socket, server);
+  listener_.forget(server);
+  ::close(server);
+}
+
+}  // namespace kartix::test
