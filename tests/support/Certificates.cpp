@@ -56,7 +56,9 @@ File create(const std::filesystem::path& path) {
 }  // namespace
 
 TestAuthority::TestAuthority(const std::filesystem::path& directory)
-    : directory_(directory), key_(makeKey()), certificate_(makeCertificate("Test CA", 30, key_.get())) {
+    : directory_(directory),
+      key_(makeKey()),
+      certificate_(makeCertificate("CA " + directory.filename().string(), 30, key_.get())) {
   X509_set_issuer_name(certificate_.get(), X509_get_subject_name(certificate_.get()));
   addExtension(certificate_.get(), NID_basic_constraints, "critical,CA:TRUE");
   require(X509_sign(certificate_.get(), key_.get(), EVP_sha256()) > 0);

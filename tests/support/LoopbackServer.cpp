@@ -22,6 +22,7 @@ class Wire {
     tls_.reset(SSL_new(context));
     SSL_set_fd(tls_.get(), socket);
     open_ = SSL_accept(tls_.get()) == 1;
+    if (!open_) linger();
   }
 
   bool open() const { return open_; }
@@ -49,6 +50,14 @@ class Wire {
   }
 
  private:
+  /// Waits for the peer to go: closing with bytes unread would take the alert back that says what was wrong.
+  void linger() {
+    ::shutdown(socket_, SHUT_WR);
+    std::array<char, 1024> unread{};
+    while (::recv(socket_, unread.data(), unread.size(), 0) > 0) {
+    }
+  }
+
   int socket_;
   std::unique_ptr<SSL, decltype(&SSL_free)> tls_;
   bool open_ = true;

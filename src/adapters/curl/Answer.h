@@ -15,6 +15,7 @@ class Answer {
   /// Takes bytes of the body. False when the answer has become too large.
   bool addBody(std::string_view bytes);
 
+  bool empty() const { return headSize_ == 0; }
   /// Text after the status code, UTF-8.
   const std::string& reason() const { return reason_; }
   const std::string& body() const { return body_; }

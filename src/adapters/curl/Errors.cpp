@@ -75,8 +75,12 @@ bool isReachingFailure(std::int32_t code) {
 std::int32_t errorOf(const Failure& failure, const Exchange& exchange) {
   if (exchange.tooLarge()) return http_error::answerTooLarge;
   if (exchange.stalled()) return http_error::timedOut;
-  if (refusesClientCertificate(failure.alert)) return http_error::clientCertificateUnusable;
+  if (refusesClientCertificate(failure.tls.alert)) return http_error::clientCertificateUnusable;
   const std::int32_t code = codeOf(failure.result);
+  // The alert of a server that hangs up at once may get lost.
+  const bool hungUp = code == http_error::tlsFailed || code == http_error::answerBrokenOff;
+  if (failure.tls.certificateMissed && hungUp && exchange.answer.empty())
+    return http_error::clientCertificateUnusable;
   if (!exchange.begun()) {
     const bool atProxy = failure.throughProxy && !failure.tunnelOpen;
     return atProxy && isReachingFailure(code) ? http_error::secureProxyNotReachable : code;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "adapters/curl/Exchange.h"
+#include "adapters/curl/HandlePool.h"
 
 namespace kartix::adapters {
 
@@ -14,7 +15,7 @@ struct Failure {
   CURLcode result;
   bool throughProxy;
   bool tunnelOpen;  ///< the secure proxy has opened the way to the server
-  int alert;        ///< TLS alert from the server, 0 for none
+  Handle::TlsEvents tls;
 };
 
 /// Code of `platform::http_error` for a transfer that failed.

@@ -32,7 +32,7 @@ std::unique_ptr<Handle> HandlePool::take(const std::string& identity) {
 
 void HandlePool::giveBack(std::unique_ptr<Handle> handle) {
   curl_easy_reset(handle->easy());  // keeps connections, TLS sessions and looked-up names
-  handle->alert = 0;
+  handle->tlsEvents = {};
   std::unique_ptr<Handle> surplus;  // goes after the lock: closing connections takes time
   const std::scoped_lock lock(mutex_);
   if (idle_.size() == mostIdle) {

@@ -21,9 +21,12 @@ class Handle {
   CURL* easy() const { return easy_; }
   const std::string& identity() const { return identity_; }
 
-  /// Last TLS alert that a server sent over one of the connections; 0 when there was none. It stands here because
-  /// connections outlive the requests that opened them.
-  int alert = 0;
+  /// What TLS told during the request. It stands here because connections outlive the requests that opened them.
+  struct TlsEvents {
+    int alert = 0;                   ///< last fatal alert that the server sent; 0 for none
+    bool certificateMissed = false;  ///< the server asked for a client certificate and there was none to show
+  };
+  TlsEvents tlsEvents;
 
  private:
   std::string identity_;

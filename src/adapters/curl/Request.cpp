@@ -51,11 +51,20 @@ int handleIndex() {
   return index;
 }
 
+Handle* handleOf(const SSL* tls) {
+  return static_cast<Handle*>(SSL_CTX_get_ex_data(SSL_get_SSL_CTX(tls), handleIndex()));
+}
+
 void onTlsEvent(const SSL* tls, int where, int value) {
   constexpr int alertMask = 0xFF;
   if ((where & SSL_CB_READ_ALERT) != SSL_CB_READ_ALERT || (value >> 8) != SSL3_AL_FATAL) return;
-  auto* const handle = static_cast<Handle*>(SSL_CTX_get_ex_data(SSL_get_SSL_CTX(tls), handleIndex()));
-  if (handle) handle->alert = value & alertMask;
+  handleOf(tls)->tlsEvents.alert = value & alertMask;
+}
+
+/// Asked only when no certificate was given.
+int onCertificateWanted(SSL* tls, X509**, EVP_PKEY**) {
+  handleOf(tls)->tlsEvents.certificateMissed = true;
+  return 0;
 }
 
 /// What a new TLS context is given besides the library's own settings.
@@ -69,6 +78,7 @@ CURLcode onTlsContext(CURL*, void* context, void* extras) {
   const auto& [handle, caFile] = *static_cast<TlsExtras*>(extras);
   SSL_CTX_set_ex_data(tls, handleIndex(), handle);
   SSL_CTX_set_info_callback(tls, onTlsEvent);
+  SSL_CTX_set_client_cert_cb(tls, onCertificateWanted);
   if (!caFile.empty() && SSL_CTX_load_verify_file(tls, caFile.c_str()) != 1) return CURLE_SSL_CACERT_BADFILE;
   return CURLE_OK;
 }
@@ -209,7 +219,7 @@ std::int32_t Request::perform(Handle& handle) {
   if (result == CURLE_OK && status > 0) return static_cast<std::int32_t>(status);
   long connectStatus = 0;
   curl_easy_getinfo(easy, CURLINFO_HTTP_CONNECTCODE, &connectStatus);
-  return errorOf({result, proxy_.has_value(), connectStatus / 100 == 2, handle.alert}, *exchange_);
+  return errorOf({result, proxy_.has_value(), connectStatus / 100 == 2, handle.tlsEvents}, *exchange_);
 }
 
 std::string Request::TESSELHTTPgetResponseDesc(std::size_t size) const {

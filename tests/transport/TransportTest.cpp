@@ -1,0 +1,262 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "adapters/curl/Curl.h"
+#include "support/LoopbackServer.h"
+#include "support/TempDir.h"
+
+namespace kartix::adapters {
+namespace {
+
+namespace error = platform::http_error;
+using test::answer;
+using test::ConnectProxy;
+using test::LoopbackServer;
+using test::PemFiles;
+using test::Reply;
+using Then = Reply::Then;
+
+/// One exchange as the component sets it up.
+struct Exchange {
+  std::string port;
+  std::string host = "127.0.0.1";
+  bool tls = false;
+  PemFiles client = {};
+  std::string phrase = {};
+  std::optional<std::string> proxy = {};
+  std::string body = "<a/>";
+};
+
+class Transport : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    // Nothing of this may have an effect.
+    for (const char* name : {"http_proxy", "https_proxy", "all_proxy"}) ::setenv(name, "http://127.0.0.1:9", 1);
+    ::setenv("no_proxy", "*", 1);
+  }
+
+  std::unique_ptr<platform::HttpRequest> request(const Exchange& exchange) {
+    auto made = library->TESSELHTTPCreate();
+    EXPECT_EQ(made->TESSELHTTPsetServer(exchange.host, exchange.port), 0);
+    EXPECT_EQ(made->TESSELHTTPsetMethod("POST"), 12);
+    made->TESSELHTTPsetContentType("text/xml");
+    EXPECT_EQ(made->TESSELHTTPsetPath("/zkr"), 0);
+    EXPECT_EQ(made->TESSELHTTPsetBody(exchange.body), 0);
+    if (exchange.tls) made->TESSELHTTPsetHttpS();
+    made->TESSELHTTPsetPEM(exchange.client.certificate, exchange.client.key, exchange.phrase);
+    if (exchange.proxy) made->TESSELHTTPsetSecureProxy(*exchange.proxy);
+    return made;
+  }
+  std::int32_t send(const Exchange& exchange) { return request(exchange)->TESSELHTTPsend(); }
+
+  test::TempDir directory;
+  test::TestAuthority authority{directory.path()};
+  PemFiles serverFiles = authority.issue("server");
+  PemFiles client = authority.issue("client");
+  std::unique_ptr<platform::HttpLibrary> library = makeCurlHttp({authority.caFile(), 2, 1});
+};
+
+TEST_F(Transport, NothingButWhatWasSetGoesOverTheWireAndTheAnswerComesBackWhole) {
+  const std::string interim = "HTTP/1.1 103 Early\r\nSet-Cookie: c=zu frueh\r\n\r\n";
+  LoopbackServer server({{interim + answer("<b>\xE4</b>", "503 St\xF6rung im Netz",
+                                           "set-cookie: kba.session=1\r\nSet-Cookie: a=b=c; Path=/; Secure\r\n"
+                                           "Set-Cookie: kba.session=2\r\nLocation: /anderswo\r\n")}});
+  const auto http = request({server.port()});
+  EXPECT_NE(http->TESSELHTTPsetPath("/a\r\nHost: b"), 0);
+  EXPECT_EQ(http->TESSELHTTPsetPath("http://zevis.example/zkr?a= b"), 0);
+  http->TESSELHTTPaddCookie("alt", "x");
+  http->TESSELHTTPclearCookies();
+  http->TESSELHTTPaddCookie("kba.session", "1|2");
+  http->TESSELHTTPaddCookie("JServSessionIdroot", "y");
+  http->TESSELHTTPaddCookie("schlecht", "z\r\nX: 1");
+
+  EXPECT_EQ(http->TESSELHTTPsend(), 503);
+  EXPECT_EQ(http->TESSELHTTPgetResponseDesc(1000), "Störung im Netz");
+  EXPECT_EQ(http->TESSELHTTPgetResponseDesc(3), "St");
+  EXPECT_EQ(http->TESSELHTTPgetResponseBody(), "<b>\xE4</b>");
+  EXPECT_EQ(http->TESSELHTTPgetSetCookie("kba.session"), "2");
+  EXPECT_EQ(http->TESSELHTTPgetSetCookie("a"), "b=c");
+  EXPECT_EQ(http->TESSELHTTPgetSetCookie("c"), "");
+  EXPECT_TRUE(http->requestSentCompletely());
+  ASSERT_EQ(server.requests().size(), 1U);
+  EXPECT_EQ(server.requests()[0].head,
+            "POST http://zevis.example/zkr?a= b HTTP/1.1\r\nHost: 127.0.0.1:" + server.port() +
+                "\r\nCookie: kba.session=1|2; JServSessionIdroot=y\r\n"
+                "Content-Type: text/xml\r\nContent-Length: 4\r\n\r\n");
+  EXPECT_EQ(server.requests()[0].body, "<a/>");
+}
+
+TEST_F(Transport, BrokenAnswersHaveTheirErrors) {
+  const std::string whole = answer(std::string(100, 'x'));
+  const std::string large(17U * 1024 * 1024, 'x');
+  const std::string start = "HTTP/1.1 200 OK\r\n";
+  const std::vector<std::pair<Reply, std::int32_t>> cases = {
+      {{"", Then::close}, error::answerBrokenOff},
+      {{"", Then::reset}, error::answerBrokenOff},
+      {{whole.substr(0, 80), Then::close}, error::answerBrokenOff},
+      {{start + "Transfer-Encoding: chunked\r\n\r\n5\r\nab", Then::close}, error::answerBrokenOff},
+      {{"", Then::hang}, error::timedOut},
+      {{whole.substr(0, 80), Then::hang}, error::timedOut},
+      {{answer(large), Then::close}, error::answerTooLarge},
+      {{start + "\r\n" + large, Then::close}, error::answerTooLarge},
+      {{start + "X: " + std::string(50000, 'x') + "\r\n" + "Y: " + std::string(60000, 'y') + "\r\n" +
+            "Z: " + std::string(90000, 'z') + "\r\n" + "A: " + std::string(90000, 'a') + "\r\n\r\n",
+        Then::close},
+       error::answerTooLarge}};
+  for (const auto& [reply, expected] : cases) {
+    LoopbackServer server({reply});
+    const auto http = request({server.port()});
+    EXPECT_EQ(http->TESSELHTTPsend(), expected) << reply.bytes.substr(0, 100);
+    EXPECT_TRUE(http->requestSentCompletely());
+    EXPECT_EQ(server.requests().size(), 1U);
+  }
+}
+
+TEST_F(Transport, ServerThatCannotBeReached) {
+  const std::string unused = test::Listener().port();
+  EXPECT_EQ(send({unused}), error::connectionRefused);
+  EXPECT_EQ(send({.port = unused, .host = "kein-server.invalid"}), error::nameNotFound);
+  EXPECT_FALSE(request({unused})->requestSentCompletely());
+  for (const auto& [host, port] : std::vector<std::pair<std::string, std::string>>{{"", "80"},
+                                                                                   {"a b", "80"},
+                                                                                   {"a/b", "80"},
+                                                                                   {"u@a", "80"},
+                                                                                   {"a", ""},
+                                                                                   {"a", "0"},
+                                                                                   {"a", "65536"},
+                                                                                   {"a", "x"}}) {
+    EXPECT_NE(library->TESSELHTTPCreate()->TESSELHTTPsetServer(host, port), 0) << host << ":" << port;
+  }
+}
+
+TEST_F(Transport, TlsCertificatesAreCheckedOnBothSides) {
+  const PemFiles locked = authority.issue("locked", {.phrase = "geheim"});
+  const test::TempDir elsewhere;
+  const PemFiles foreign = test::TestAuthority(elsewhere.path()).issue("foreign");
+  const PemFiles otherName = authority.issue("name", {.names = "DNS:gateway.example,IP:127.0.0.2"});
+  const PemFiles expired = authority.issue("expired", {.validDays = -1});
+  const std::string noKey = (directory / "fehlt.key").string();
+  struct Case {
+    const char* what;
+    PemFiles server;
+    PemFiles client;
+    std::string phrase;
+    std::int32_t expected;
+    bool tls12 = false;
+  };
+  const std::vector<Case> cases = {
+      {"good", serverFiles, client, "", 200},
+      {"good, TLS 1.2", serverFiles, client, "", 200, true},
+      {"good, locked key", serverFiles, locked, "geheim", 200},
+      {"server of another name", otherName, client, "", error::tlsFailed},
+      {"server expired", expired, client, "", error::tlsFailed},
+      {"server of another authority", foreign, client, "", error::tlsFailed},
+      {"client without certificate", serverFiles, {}, "", error::clientCertificateUnusable},
+      {"client without certificate, TLS 1.2", serverFiles, {}, "", error::clientCertificateUnusable, true},
+      {"client expired", serverFiles, expired, "", error::clientCertificateUnusable},
+      {"client of another authority", serverFiles, foreign, "", error::clientCertificateUnusable, true},
+      {"key of another certificate",
+       serverFiles,
+       {client.certificate, locked.key},
+       "geheim",
+       error::clientCertificateUnusable},
+      {"no key", serverFiles, {client.certificate, noKey}, "", error::clientCertificateUnusable},
+      {"no certificate file", serverFiles, {noKey, client.key}, "", error::clientCertificateUnusable},
+      {"wrong phrase", serverFiles, locked, "falsch", error::clientCertificateUnusable},
+      {"no phrase", serverFiles, locked, "", error::clientCertificateUnusable}};
+  for (const Case& one : cases) {
+    LoopbackServer server({{answer("")}}, test::TlsWishes{one.server, authority.caFile(), one.tls12});
+    const Exchange exchange{.port = server.port(), .tls = true, .client = one.client, .phrase = one.phrase};
+    EXPECT_EQ(send(exchange), one.expected) << one.what;
+    EXPECT_EQ(server.requests().size(), one.expected > 0 ? 1U : 0U) << one.what;
+  }
+}
+
+TEST_F(Transport, SecureProxyTunnels) {
+  LoopbackServer server({{answer("")}}, test::TlsWishes{serverFiles, authority.caFile()});
+  const ConnectProxy proxy;
+  const ConnectProxy refusing("407 Proxy Authentication Required");
+  Exchange exchange{.port = server.port(), .tls = true, .client = client, .proxy = proxy.address()};
+  EXPECT_EQ(send(exchange), 200);
+  EXPECT_EQ(send(exchange), 200);
+  const std::string target = "127.0.0.1:" + server.port();
+  EXPECT_THAT(proxy.requests(),
+              ::testing::ElementsAre("CONNECT " + target + " HTTP/1.1\r\nHost: " + target + "\r\n\r\n"));
+
+  LoopbackServer mute({{"", Then::hang}});
+  const std::string unused = "127.0.0.1:" + test::Listener().port();
+  for (const std::string& address :
+       {refusing.address(), unused, "127.0.0.1:" + mute.port(), std::string("kein-proxy.invalid:8080"),
+        std::string("127.0.0.1"), std::string()}) {
+    exchange.proxy = address;
+    EXPECT_EQ(send(exchange), error::secureProxyNotReachable) << address;
+  }
+  exchange.proxy = proxy.address();
+  exchange.client.key = serverFiles.key;
+  EXPECT_EQ(send(exchange), error::clientCertificateUnusable);
+  EXPECT_EQ(server.requests().size(), 2U);
+}
+
+TEST_F(Transport, ConnectionsAreKeptForTheSameClientOnly) {
+  LoopbackServer server({{answer("")}}, test::TlsWishes{serverFiles, authority.caFile()});
+  Exchange exchange{.port = server.port(), .tls = true, .client = client};
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(send(exchange), 200);
+  EXPECT_EQ(server.connections(), 1);
+  exchange.client.key = serverFiles.key;
+  EXPECT_EQ(send(exchange), error::clientCertificateUnusable);
+}
+
+TEST_F(Transport, RequestIsNeverSentTwice) {
+  for (const Then end : {Then::close, Then::reset}) {
+    for (const bool tls : {false, true}) {
+      LoopbackServer server({{answer("")}, {"", end}, {answer("")}},
+                            tls ? std::optional(test::TlsWishes{serverFiles, ""}) : std::nullopt);
+      EXPECT_EQ(send({.port = server.port(), .tls = tls}), 200);
+      const auto second = request({.port = server.port(), .tls = tls, .body = "<order/>"});
+      EXPECT_EQ(second->TESSELHTTPsend(), error::answerBrokenOff);
+      EXPECT_TRUE(second->requestSentCompletely());
+      ASSERT_EQ(server.requests().size(), 2U);
+      EXPECT_EQ(server.requests()[1].connection, 0) << "the fault needs a kept connection";
+      EXPECT_EQ(second->TESSELHTTPsend(), 200) << "when the component asks for it";
+    }
+  }
+}
+
+TEST_F(Transport, KeptConnectionThatTheServerClosedIsReplaced) {
+  LoopbackServer server({{answer(""), Then::close}});
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(send({server.port()}), 200);
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  EXPECT_EQ(server.connections(), 3);
+}
+
+TEST_F(Transport, RequestThatWasCutOffWasNotSentCompletely) {
+  for (const bool tls : {false, true}) {
+    LoopbackServer server(
+        [](const auto&) {
+          return Reply{"", Then::reset};
+        },
+        tls ? std::optional(test::TlsWishes{serverFiles, ""}) : std::nullopt, [](const auto&) { return true; });
+    const auto http = request({.port = server.port(), .tls = tls, .body = std::string(64U * 1024 * 1024, 'x')});
+    EXPECT_EQ(http->TESSELHTTPsend(), error::answerBrokenOff);
+    EXPECT_FALSE(http->requestSentCompletely());
+    EXPECT_EQ(server.requests().size(), 1U);
+  }
+}
+
+TEST_F(Transport, Base64IsOneLine) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"", ""}, {"f", "Zg=="}, {"fo", "Zm8="}, {"foo", "Zm9v"}, {std::string("\0\xFF", 2), "AP8="}};
+  for (const auto& [bytes, text] : cases) EXPECT_EQ(library->TESSELHTTPbase64encode(bytes), text);
+  std::string expected;
+  for (int i = 0; i < 2000000; ++i) expected += "Zm9v";
+  std::string bytes;
+  for (int i = 0; i < 2000000; ++i) bytes += "foo";
+  EXPECT_TRUE(library->TESSELHTTPbase64encode(bytes + "f") == expected + "Zg==");
+}
+
+}  // namespace
+}  // namespace kartix::adapters
