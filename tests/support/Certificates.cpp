@@ -38,7 +38,7 @@ Certificate makeCertificate(const std::string& name, int validDays, EVP_PKEY* ke
   require(certificate != nullptr);
   X509_set_version(certificate.get(), X509_VERSION_3);
   ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), ++serial);
-  const long start = validDays < 0 ? 2 * validDays * day : -day;
+  const long start = validDays < 0 ? 2L * validDays * day : -day;
   X509_gmtime_adj(X509_getm_notBefore(certificate.get()), start);
   X509_gmtime_adj(X509_getm_notAfter(certificate.get()), validDays * day);
   X509_set_pubkey(certificate.get(), key);
@@ -72,7 +72,7 @@ PemFiles TestAuthority::issue(const std::string& name, const CertificateWishes& 
   addExtension(certificate.get(), NID_subject_alt_name, wishes.names);
   require(X509_sign(certificate.get(), key_.get(), EVP_sha256()) > 0);
 
-  const PemFiles files{(directory_ / (name + ".pem")).string(), (directory_ / (name + ".key")).string()};
+  PemFiles files{(directory_ / (name + ".pem")).string(), (directory_ / (name + ".key")).string()};
   require(PEM_write_X509(create(files.certificate).get(), certificate.get()) == 1);
   const EVP_CIPHER* const cipher = wishes.phrase.empty() ? nullptr : EVP_aes_256_cbc();
   require(PEM_write_PKCS8PrivateKey(create(files.key).get(), key.get(), cipher, wishes.phrase.data(),

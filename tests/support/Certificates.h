@@ -17,7 +17,7 @@ struct PemFiles {
 struct CertificateWishes {
   /// Names that the certificate is for, as X.509 writes them.
   std::string names = "DNS:localhost,IP:127.0.0.1";
-  int validDays = 30;  ///< from yesterday; negative for one that has expired
+  int validDays = 30;       ///< from yesterday; negative for one that has expired
   std::string phrase = {};  ///< of the key file; empty for a key in the clear
 };
 

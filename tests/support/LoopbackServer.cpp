@@ -112,7 +112,7 @@ SSL_CTX* makeContext(const TlsWishes& wishes) {
 
 LoopbackServer::Script inTurn(std::vector<Reply> replies) {
   return [replies = std::move(replies), next = std::size_t{0}](const RecordedRequest&) mutable {
-    const Reply reply = replies.at(next);
+    Reply reply = replies.at(next);
     if (next + 1 < replies.size()) ++next;
     return reply;
   };

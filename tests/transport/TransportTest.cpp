@@ -34,7 +34,7 @@ class Transport : public ::testing::Test {
   static void SetUpTestSuite() {
     // Nothing of this may have an effect.
     for (const char* name : {"http_proxy", "https_proxy", "all_proxy"}) ::setenv(name, "http://127.0.0.1:9", 1);
-    ::setenv("no_proxy", "*", 1);
+    ::unsetenv("no_proxy");
   }
 
   std::unique_ptr<platform::HttpRequest> request(const Exchange& exchange) {
@@ -90,7 +90,7 @@ TEST_F(Transport, NothingButWhatWasSetGoesOverTheWireAndTheAnswerComesBackWhole)
 
 TEST_F(Transport, BrokenAnswersHaveTheirErrors) {
   const std::string whole = answer(std::string(100, 'x'));
-  const std::string large(17U * 1024 * 1024, 'x');
+  const std::string large(std::size_t{17} * 1024 * 1024, 'x');
   const std::string start = "HTTP/1.1 200 OK\r\n";
   const std::vector<std::pair<Reply, std::int32_t>> cases = {
       {{"", Then::close}, error::answerBrokenOff},
@@ -175,6 +175,7 @@ TEST_F(Transport, TlsCertificatesAreCheckedOnBothSides) {
 }
 
 TEST_F(Transport, SecureProxyTunnels) {
+  ::setenv("no_proxy", "*", 1);  // must not open a way past the proxy
   LoopbackServer server({{answer("")}}, test::TlsWishes{serverFiles, authority.caFile()});
   const ConnectProxy proxy;
   const ConnectProxy refusing("407 Proxy Authentication Required");
@@ -197,6 +198,7 @@ TEST_F(Transport, SecureProxyTunnels) {
   exchange.client.key = serverFiles.key;
   EXPECT_EQ(send(exchange), error::clientCertificateUnusable);
   EXPECT_EQ(server.requests().size(), 2U);
+  ::unsetenv("no_proxy");
 }
 
 TEST_F(Transport, ConnectionsAreKeptForTheSameClientOnly) {
@@ -240,7 +242,8 @@ TEST_F(Transport, RequestThatWasCutOffWasNotSentCompletely) {
           return Reply{"", Then::reset};
         },
         tls ? std::optional(test::TlsWishes{serverFiles, ""}) : std::nullopt, [](const auto&) { return true; });
-    const auto http = request({.port = server.port(), .tls = tls, .body = std::string(64U * 1024 * 1024, 'x')});
+    const auto http =
+        request({.port = server.port(), .tls = tls, .body = std::string(std::size_t{64} * 1024 * 1024, 'x')});
     EXPECT_EQ(http->TESSELHTTPsend(), error::answerBrokenOff);
     EXPECT_FALSE(http->requestSentCompletely());
     EXPECT_EQ(server.requests().size(), 1U);

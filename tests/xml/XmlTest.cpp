@@ -60,7 +60,7 @@ TEST_F(Xml, UnusableTextLeavesTheDocumentEmptyAndSaysNothing) {
                                           R"(<!DOCTYPE a [<!ENTITY f "x">]><a b="&f;"/>)",
                                           R"(<!DOCTYPE a SYSTEM "http://127.0.0.1:9/a.dtd"><a>&unbekannt;</a>)",
                                           R"(<!DOCTYPE a [<!ENTITY % p SYSTEM "file:///etc/hostname"> %p;]><a/>)",
-                                          "<a>" + std::string(17U * 1024 * 1024, ' ') + "</a>"};
+                                          "<a>" + std::string(std::size_t{17} * 1024 * 1024, ' ') + "</a>"};
   ::testing::internal::CaptureStderr();
   for (const std::string& text : texts) {
     document->loadXML("<alt/>");

@@ -1,7 +1,5 @@
 #include "adapters/curl/Answer.h"
 
-#include <algorithm>
-
 #include "common/CodePage.h"
 #include "common/Text.h"
 
@@ -9,7 +7,7 @@ namespace kartix::adapters {
 namespace {
 
 /// Most bytes of all heads of one answer, interim answers included.
-constexpr std::size_t headLimit = 256U * 1024;
+constexpr std::size_t headLimit = std::size_t{256} * 1024;
 
 constexpr std::string_view whitespace = " \t\r\n";
 

@@ -23,7 +23,7 @@ class Answer {
   std::string cookie(const std::string& name) const;
 
   /// Most bytes of a body.
-  static constexpr std::size_t bodyLimit = 16U * 1024 * 1024;
+  static constexpr std::size_t bodyLimit = std::size_t{16} * 1024 * 1024;
 
  private:
   std::size_t headSize_ = 0;

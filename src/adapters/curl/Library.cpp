@@ -1,7 +1,6 @@
 #include <openssl/evp.h>
 
-#include <algorithm>
-#include <mutex>
+#include <utility>
 
 #include "adapters/curl/Curl.h"
 #include "adapters/curl/Errors.h"
@@ -21,7 +20,7 @@ bool initialised() {
 
 class CurlLibrary final : public platform::HttpLibrary {
  public:
-  explicit CurlLibrary(const CurlOptions& options) : options_(options) {}
+  explicit CurlLibrary(CurlOptions options) : options_(std::move(options)) {}
 
   std::int32_t TESSELHTTPgetDLLVersion() override { return initialised() ? version : -1; }
 
@@ -34,7 +33,7 @@ class CurlLibrary final : public platform::HttpLibrary {
 
   std::string TESSELHTTPbase64encode(std::string_view bytes) override {
     // In pieces of whole groups of three, because the encoder counts in int.
-    constexpr std::size_t piece = 3U * 1024 * 1024;
+    constexpr std::size_t piece = std::size_t{3} * 1024 * 1024;
     std::string text;
     text.reserve((bytes.size() + 2) / 3 * 4);
     std::string encoded;

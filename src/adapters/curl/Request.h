@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "adapters/curl/Curl.h"
 #include "adapters/curl/Exchange.h"
@@ -18,8 +19,8 @@ using HeaderList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
 /// One request of the library. It shares the pool, which outlives the library object when it has to.
 class Request final : public platform::HttpRequest {
  public:
-  Request(const CurlOptions& options, std::shared_ptr<HandlePool> pool)
-      : options_(options), pool_(std::move(pool)), url_(curl_url(), curl_url_cleanup) {}
+  Request(CurlOptions options, std::shared_ptr<HandlePool> pool)
+      : options_(std::move(options)), pool_(std::move(pool)), url_(curl_url(), curl_url_cleanup) {}
 
   std::int32_t TESSELHTTPsetServer(std::string_view server, std::string_view port) override;
   std::int32_t TESSELHTTPsetMethod(std::string_view method) override;

@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <memory>
-#include <type_traits>
-#include <utility>
+#include <cstdint>
 
 #include "common/CodePage.h"
 #include "common/Text.h"
@@ -64,12 +62,28 @@ std::string_view declaredEncoding(std::string_view bytes) {
   return {};
 }
 
+/// Converter to UTF-8.
+class Converter {
+ public:
+  explicit Converter(const std::string& encoding) : converter_(iconv_open("UTF-8", encoding.c_str())) {}
+  ~Converter() {
+    if (known()) iconv_close(converter_);
+  }
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+
+  bool known() const { return reinterpret_cast<std::intptr_t>(converter_) != -1; }
+  iconv_t get() const { return converter_; }
+
+ private:
+  iconv_t converter_;
+};
+
 /// `bytes` of the encoding called `name` as UTF-8.
 std::optional<std::string> converted(std::string_view bytes, const std::string& name) {
   if (!std::all_of(name.begin(), name.end(), isNameCharacter)) return std::nullopt;
-  const iconv_t opened = iconv_open("UTF-8", name.c_str());
-  if (opened == iconv_t(-1)) return std::nullopt;
-  const std::unique_ptr<std::remove_pointer_t<iconv_t>, decltype(&iconv_close)> converter(opened, iconv_close);
+  const Converter converter(name);
+  if (!converter.known()) return std::nullopt;
 
   std::string text;
   std::array<char, 16384> piece{};

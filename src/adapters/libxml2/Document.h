@@ -2,6 +2,7 @@
 
 #include <libxml/tree.h>
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -12,7 +13,7 @@
 namespace kartix::adapters {
 
 /// Most bytes of a document's text.
-inline constexpr std::size_t documentLimit = 16U * 1024 * 1024;
+inline constexpr std::size_t documentLimit = std::size_t{16} * 1024 * 1024;
 
 class Document final : public platform::XmlDocument {
  public:
