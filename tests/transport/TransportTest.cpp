@@ -119,6 +119,8 @@ TEST_F(Transport, ServerThatCannotBeReached) {
   EXPECT_EQ(send({unused}), error::connectionRefused);
   EXPECT_EQ(send({.port = unused, .host = "kein-server.invalid"}), error::nameNotFound);
   EXPECT_FALSE(request({unused})->requestSentCompletely());
+  LoopbackServer mute({{"", Then::hang}});
+  EXPECT_EQ(send({.port = mute.port(), .tls = true}), error::timedOut);
   for (const auto& [host, port] : std::vector<std::pair<std::string, std::string>>{{"", "80"},
                                                                                    {"a b", "80"},
                                                                                    {"a/b", "80"},
