@@ -4,7 +4,9 @@ namespace kartix::platform {
 
 class Clock;
 class DbeLibrary;
+class FileSystem;
 class HttpLibrary;
+class ImageLibrary;
 class ObjectClasses;
 class ProfileFiles;
 class Registry;
@@ -16,9 +18,11 @@ class XmlLibrary;
 struct Platform {
   Registry& registry;
   ProfileFiles& profileFiles;
+  FileSystem& files;
   DbeLibrary& dbe;
   HttpLibrary& http;
   XmlLibrary& xml;
+  ImageLibrary& images;
   ObjectClasses& objects;
   UserInterface& userInterface;
   SoundPlayer& sounds;

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "platform/Clock.h"
+
+namespace kartix::platform {
+class DbeLibrary;
+class HttpLibrary;
+class ObjectClasses;
+class SoundPlayer;
+class UserInterface;
+class XmlLibrary;
+}  // namespace kartix::platform
+
+namespace kartix {
+
+class Runtime;
+class Session;
+struct Workplace;
+
+/// What a component is to work with. Whatever is left out is the real one of this machine; what is given outlives the
+/// component.
+struct Setup {
+  std::filesystem::path registryFile;       ///< settings store; empty for the user's own
+  std::optional<platform::LocalTime> now;   ///< the clock starts here and runs on; the machine's time when left out
+  std::filesystem::path caFile;             ///< PEM file of authorities to trust besides the system's own
+  platform::UserInterface* userInterface = nullptr;
+  platform::SoundPlayer* sounds = nullptr;
+  platform::ObjectClasses* objects = nullptr;  ///< left out: the classes that the host has registered
+  platform::DbeLibrary* dbe = nullptr;
+  platform::HttpLibrary* http = nullptr;
+  platform::XmlLibrary* xml = nullptr;
+};
+
+/// One component, put together: the machine, the runtime, the session, and the rooms above them.
+class Component {
+ public:
+  explicit Component(const Setup& setup);
+  ~Component();
+  Component(const Component&) = delete;
+  Component& operator=(const Component&) = delete;
+
+  /// The component that all objects of this process share unless they are given one. Made at the first call.
+  static Component& shared();
+
+  Runtime& runtime();
+  Session& session();
+  /// What the windows of the operations work with.
+  Workplace& workplace();
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace kartix
