@@ -1,0 +1,82 @@
+#include <gtest/gtest.h>
+
+#include "adapters/settings/Settings.h"
+#include "settings/TestDirectory.h"
+
+namespace kartix::adapters {
+namespace {
+
+const std::string content =
+    "stray=0\r\n; remark\r\n [ Zkr ] \r\n;Ort=no\r\nOrt = K\xF6ln \r\nORT=second\r\nQuoted=\" a \"\r\n"
+    "Single='b'\r\nHalf=\"c\r\nSum=1=2\r\nword\r\nEmpty=\r\n\r\n[Next]\nUnix=x\n[ZKR]\r\nLate=y";
+
+TEST(IniFiles, ReadsAsTheProfileCallsDo) {
+  const TestDirectory directory;
+  const std::string file = (directory / "host.ini").string();
+  writeBytes(file, content);
+  const auto ini = makeIniFiles();
+  const auto read = [&](const std::string& section, const std::string& key, std::size_t size = 1024) {
+    return ini->GetPrivateProfileString(section, key, "-", size, file);
+  };
+  struct Case {
+    std::string section, key, value;
+  };
+  for (const Case& c : {Case{"ZKR", "ort", "Köln"},
+                        {"zkr", "QUOTED", " a "},
+                        {"zkr", "single", "b"},
+                        {"zkr", "half", "\"c"},
+                        {"zkr", "sum", "1=2"},
+                        {"zkr", "word", "-"},
+                        {"zkr", "empty", ""},
+                        {"next", "unix", "x"},
+                        {"zkr", "late", "-"},
+                        {"zkr", "stray", "-"},
+                        {"no", "ort", "-"},
+                        {"zkr", ";ort", "-"}}) {
+    EXPECT_EQ(read(c.section, c.key), c.value) << c.section << "." << c.key;
+  }
+  EXPECT_EQ(read("ZKR", "ort", 3), "Kö");
+  EXPECT_EQ(read("ZKR", "ort", 0), "");
+  EXPECT_EQ(ini->GetPrivateProfileString("a", "b", "-", 9, directory.path().string()), "-");
+}
+
+TEST(IniFiles, WriteChangesOneLineAndNothingElse) {
+  const TestDirectory directory;
+  const std::string file = (directory / "host.ini").string();
+  const auto ini = makeIniFiles();
+  const auto written = [&](const std::string& section, const std::string& key, const std::string& value) {
+    writeBytes(file, content);
+    EXPECT_TRUE(ini->WritePrivateProfileString(section, key, value, file));
+    EXPECT_EQ(ini->GetPrivateProfileString(section, key, "-", 1024, file), value);
+    return readBytes(file);
+  };
+  const auto with = [](const std::string& before, const std::string& after) {
+    std::string text = content;
+    return text.replace(text.find(before), before.size(), after);
+  };
+  EXPECT_EQ(written("zkr", "ORT", "Mön"), with("Ort = K\xF6ln ", "Ort = M\xF6n"));
+  EXPECT_EQ(written("next", "Unix", " 'y' "), with("Unix=x\n", "Unix=\" 'y' \"\n"));
+  EXPECT_EQ(written("zkr", "New", "\"q\""), with("Empty=\r\n", "Empty=\r\nNew=\"\"q\"\"\r\n"));
+  EXPECT_EQ(written("Fresh", "a", "\u0081"), content + "\r\n[Fresh]\r\na=\x81\r\n");
+}
+
+TEST(IniFiles, RefusesWhatWouldDamageTheFile) {
+  const TestDirectory directory;
+  const std::string file = (directory / "host.ini").string();
+  const auto ini = makeIniFiles();
+  const auto refused = [&](const std::string& bytes, const std::string& section, const std::string& key,
+                           const std::string& value) {
+    writeBytes(file, bytes);
+    return !ini->WritePrivateProfileString(section, key, value, file) && readBytes(file) == bytes;
+  };
+  EXPECT_TRUE(refused(content, "ZKR", "Ort", "a\nb"));
+  EXPECT_TRUE(refused(content, "Z]R", "Ort", "a"));
+  EXPECT_TRUE(refused(content, "ZKR", "O=t", "a"));
+  EXPECT_TRUE(refused(content, "ZKR", "", "a"));
+  EXPECT_TRUE(refused(std::string("[\0Z\0]\0", 6), "ZKR", "Ort", "a"));
+  EXPECT_TRUE(refused(std::string(5U << 20U, ';'), "ZKR", "Ort", "a"));
+  EXPECT_FALSE(ini->WritePrivateProfileString("ZKR", "Ort", "a", (directory / "no" / "file").string()));
+}
+
+}  // namespace
+}  // namespace kartix::adapters
