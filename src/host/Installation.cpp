@@ -9,6 +9,7 @@
 
 #include "adapters/curl/Curl.h"
 #include "adapters/dbe/DbeChooser.h"
+#include "adapters/files/Files.h"
 #include "adapters/postgres/Postgres.h"
 #include "adapters/settings/Settings.h"
 #include "adapters/sqlite/Sqlite.h"
@@ -245,8 +246,8 @@ Findings Installation::checkImages() {
   if (!settings.GetImageDir("0")) {
     return {note(area, "no directory is set; cards cannot be ordered", "kartix settings set KODSImageDir DIRECTORY")};
   }
-  const std::string directory =
-      text::replaceAll(text::trim(settings.GetIni({}, findSetting("KODSImageDir").key, "KODSImageDir")), "\\", "/");
+  const std::string directory = adapters::makeFiles()->nativePath(
+      text::trim(settings.GetIni({}, findSetting("KODSImageDir").key, "KODSImageDir")));
   std::error_code error;
   if (!std::filesystem::is_directory(directory, error)) {
     return {fault(area, "there is no directory " + directory, "make it available, or mend KODSImageDir")};

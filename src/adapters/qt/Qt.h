@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platform/ImageLibrary.h"
 #include "platform/Stage.h"
 #include "platform/UserInterface.h"
 
@@ -15,5 +16,10 @@ std::unique_ptr<platform::UserInterface> makeQtUserInterface();
 /// Shows the windows of a play: on the display when there is one, else off screen, where their pictures can be taken
 /// all the same.
 std::unique_ptr<platform::Stage> makeQtStage();
+
+/// Pictures over Qt's image reader; JPEG first of all, and whatever plug-ins are installed. Needs neither a display
+/// nor an application object; a library and its pictures may be used from any one thread at a time. Files are written
+/// at quality 90.
+std::unique_ptr<platform::ImageLibrary> makeQtImages();
 
 }  // namespace kartix::adapters
