@@ -1,0 +1,29 @@
+# Every target is one line over scripts/ and the CMake presets. "make help" lists them.
+.PHONY: help build demo test bench format tidy install clean
+
+build: ## Build the release preset: build/release/bin/kartix and the library
+	@scripts/build release
+
+demo: ## Set up, build, and walk through the main job on sample data; pictures in demo/screenshots
+	@scripts/demo
+
+test: ## Set up, build with sanitizers, and run every test
+	@scripts/test
+
+bench: ## Set up, build and run the benchmarks
+	@scripts/bench
+
+format: ## Format every source file
+	@scripts/format
+
+tidy: ## Look over every source file with clang-tidy
+	@scripts/tidy
+
+install: build ## Install the release build; PREFIX (default /usr/local) and DESTDIR are heeded
+	@cmake --install build/release $(if $(PREFIX),--prefix $(PREFIX))
+
+clean: ## Remove everything that was built and the demonstration's files
+	@rm -rf build demo
+
+help: ## List the targets
+	@awk -F ':.*## ' '/^[a-z]+:.*## /{ printf "  make %-8s %s\n", $$1, $$2 }' $(MAKEFILE_LIST)
