@@ -1,17 +1,21 @@
 #include <gtest/gtest.h>
 
 #include "adapters/settings/Settings.h"
-#include "settings/TestDirectory.h"
+#include "support/Files.h"
+#include "support/TempDir.h"
 
 namespace kartix::adapters {
 namespace {
+
+using test::readBytes;
+using test::writeBytes;
 
 const std::string content =
     "stray=0\r\n; remark\r\n [ Zkr ] \r\n;Ort=no\r\nOrt = K\xF6ln \r\nORT=second\r\nQuoted=\" a \"\r\n"
     "Single='b'\r\nHalf=\"c\r\nSum=1=2\r\nword\r\nEmpty=\r\n\r\n[Next]\nUnix=x\n[ZKR]\r\nLate=y";
 
 TEST(IniFiles, ReadsAsTheProfileCallsDo) {
-  const TestDirectory directory;
+  const test::TempDir directory;
   const std::string file = (directory / "host.ini").string();
   writeBytes(file, content);
   const auto ini = makeIniFiles();
@@ -41,7 +45,7 @@ TEST(IniFiles, ReadsAsTheProfileCallsDo) {
 }
 
 TEST(IniFiles, WriteChangesOneLineAndNothingElse) {
-  const TestDirectory directory;
+  const test::TempDir directory;
   const std::string file = (directory / "host.ini").string();
   const auto ini = makeIniFiles();
   const auto written = [&](const std::string& section, const std::string& key, const std::string& value) {
@@ -58,10 +62,15 @@ TEST(IniFiles, WriteChangesOneLineAndNothingElse) {
   EXPECT_EQ(written("next", "Unix", " 'y' "), with("Unix=x\n", "Unix=\" 'y' \"\n"));
   EXPECT_EQ(written("zkr", "New", "\"q\""), with("Empty=\r\n", "Empty=\r\nNew=\"\"q\"\"\r\n"));
   EXPECT_EQ(written("Fresh", "a", "\u0081"), content + "\r\n[Fresh]\r\na=\x81\r\n");
+  std::filesystem::remove(file);
+  EXPECT_TRUE(ini->WritePrivateProfileString("ZKR", "ZEVISPass", "x", file));
+  EXPECT_EQ(readBytes(file), "[ZKR]\r\nZEVISPass=x\r\n");
+  using std::filesystem::perms;
+  EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
 }
 
 TEST(IniFiles, RefusesWhatWouldDamageTheFile) {
-  const TestDirectory directory;
+  const test::TempDir directory;
   const std::string file = (directory / "host.ini").string();
   const auto ini = makeIniFiles();
   const auto refused = [&](const std::string& bytes, const std::string& section, const std::string& key,

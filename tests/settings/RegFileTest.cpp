@@ -1,19 +1,17 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
 
 #include "adapters/settings/RegEncoding.h"
 #include "adapters/settings/Settings.h"
-#include "settings/TestDirectory.h"
+#include "support/Files.h"
+#include "support/TempDir.h"
 
 namespace kartix::adapters {
 namespace {
 
 using platform::RegistryValue;
+using test::readBytes;
+using test::writeBytes;
 
 const std::string key = R"(Software\Tessel\ARGO KBA ONLINE\ZKR)";
 
@@ -46,13 +44,13 @@ void PrintTo(const EncodingCase& value, std::ostream* stream) { *stream << value
 class Encodings : public testing::TestWithParam<EncodingCase> {};
 
 TEST_P(Encodings, EveryKindOfValueIsReadAndAWriteChangesItsLineOnly) {
-  const TestDirectory directory;
+  const test::TempDir directory;
   const auto file = directory / "store.reg";
   const std::string before = store(GetParam().header);
   writeBytes(file, encodeRegFile(before, GetParam().encoding));
   const auto registry = makeRegFile(file);
   const auto text = [&](const std::string& name) {
-    const auto value = registry->RegQueryValueEx("SOFTWARE\\tessel\\ARGO KBA Online\\ZKR\\", name);
+    const auto value = registry->RegQueryValueEx(R"(SOFTWARE\tessel\ARGO KBA Online\ZKR\)", name);
     return value ? value->text : "(missing)";
   };
   EXPECT_EQ(text("ORT"), "Köln \"Süd\" C:\\x");
@@ -87,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
                     EncodingCase{"Utf8Mark", "Windows Registry Editor Version 5.00", RegEncoding::utf8Mark},
                     EncodingCase{"Utf8", "Windows Registry Editor Version 5.00", RegEncoding::utf8},
                     EncodingCase{"Ansi", "REGEDIT4", RegEncoding::ansi}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& tested) { return tested.param.name; });
 
 TEST(RegFile, BrokenFileGivesNothingAndIsLeftAlone) {
   const std::string whole = encodeRegFile(store("Windows Registry Editor Version 5.00"), RegEncoding::utf16);
@@ -96,7 +94,7 @@ TEST(RegFile, BrokenFileGivesNothingAndIsLeftAlone) {
        {whole.substr(0, whole.size() - 1), std::string("no store\r\n"), halfCharacter + "\x01\xD8",
         std::string("Windows Registry Editor Version 5.00\r\n\xE4"),
         std::string("REGEDIT4\r\n") + std::string(5U << 20U, ';')}) {
-    const TestDirectory directory;
+    const test::TempDir directory;
     writeBytes(directory / "store.reg", bytes);
     const auto registry = makeRegFile(directory / "store.reg");
     EXPECT_FALSE(registry->RegQueryValueEx(key, "Ort"));
@@ -107,7 +105,7 @@ TEST(RegFile, BrokenFileGivesNothingAndIsLeftAlone) {
 }
 
 TEST(RegFile, NewFileIsPrivateAndALinkIsFollowed) {
-  const TestDirectory directory;
+  const test::TempDir directory;
   const auto file = directory / "deep" / "er" / "store.reg";
   std::filesystem::create_symlink(file, directory / "link");
   ASSERT_TRUE(makeRegFile(file)->RegSetValueEx(key, "Ort", "1"));
@@ -124,7 +122,7 @@ TEST(RegFile, NewFileIsPrivateAndALinkIsFollowed) {
 }
 
 TEST(RegFile, ChangeByAnotherProgramIsSeenAndNamesThatBreakTheFileAreRefused) {
-  const TestDirectory directory;
+  const test::TempDir directory;
   const auto file = directory / "store.reg";
   const auto one = makeRegFile(file);
   const auto other = makeRegFile(file);
@@ -135,70 +133,6 @@ TEST(RegFile, ChangeByAnotherProgramIsSeenAndNamesThatBreakTheFileAreRefused) {
   EXPECT_FALSE(one->RegCreateKeyEx("a]\r\n[b"));
   EXPECT_FALSE(one->RegSetValueEx(key, "a\n\"b", "x"));
   EXPECT_FALSE(one->RegSetValueEx(key, "a", "\xE4"));
-}
-
-/// Runs `write` in a process that may write no more than `limit` bytes to a file; its end by the signal is real.
-template <typename Write>
-void interruptedAt(std::size_t limit, bool killed, Write write) {
-  const pid_t child = ::fork();
-  if (child == 0) {
-    const rlimit bound{limit, limit};
-    ::setrlimit(RLIMIT_FSIZE, &bound);
-    std::signal(SIGXFSZ, killed ? SIG_DFL : SIG_IGN);
-    ::_exit(write() ? 0 : 1);
-  }
-  int status = 0;
-  ASSERT_EQ(::waitpid(child, &status, 0), child);
-  ASSERT_TRUE(killed ? WIFSIGNALED(status) : WIFEXITED(status) && WEXITSTATUS(status) == 1) << limit;
-}
-
-TEST(SettingsFiles, WriteInterruptedAtAnyByteLeavesTheOldFile) {
-  const TestDirectory directory;
-  const auto reg = directory / "store.reg";
-  const auto ini = directory / "host.ini";
-  ASSERT_TRUE(makeRegFile(reg)->RegSetValueEx(key, "ZEVISPass", "old"));
-  writeBytes(ini, "; remark\r\n[ZKR]\r\nZEVISPass=old\r\n");
-  const std::string oldReg = readBytes(reg);
-  const std::string oldIni = readBytes(ini);
-  const auto writeReg = [&] { return makeRegFile(reg)->RegSetValueEx(key, "ZEVISPass", "newer"); };
-  const auto writeIni = [&] {
-    return makeIniFiles()->WritePrivateProfileString("ZKR", "ZEVISPass", "newer", ini.string());
-  };
-  for (const bool killed : {true, false}) {
-    for (std::size_t limit = 0; limit < oldReg.size() + 4; ++limit) {
-      ASSERT_NO_FATAL_FAILURE(interruptedAt(limit, killed, writeReg));
-      ASSERT_EQ(readBytes(reg), oldReg);
-    }
-    for (std::size_t limit = 0; limit < oldIni.size() + 2; ++limit) {
-      ASSERT_NO_FATAL_FAILURE(interruptedAt(limit, killed, writeIni));
-      ASSERT_EQ(readBytes(ini), oldIni);
-    }
-  }
-  EXPECT_TRUE(writeReg() && writeIni());
-  EXPECT_EQ(makeRegFile(reg)->RegQueryValueEx(key, "ZEVISPass")->text, "newer");
-  // Nothing of the interrupted writes is left behind.
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory.path()), {}), 2);
-}
-
-TEST(SettingsFiles, WritersDoNotLoseEachOthersValues) {
-  constexpr int writers = 4;
-  constexpr int values = 20;
-  const TestDirectory directory;
-  const auto file = directory / "store.reg";
-  for (int writer = 0; writer < writers; ++writer) {
-    if (::fork() != 0) continue;
-    bool written = true;
-    for (int i = 0; i < values; ++i) {
-      const auto name = std::to_string(writer) + "." + std::to_string(i);
-      written = makeRegFile(file)->RegSetValueEx(key, name, name) && written;
-    }
-    ::_exit(written ? 0 : 1);
-  }
-  for (int status = 0; ::wait(&status) > 0;) EXPECT_EQ(status, 0);
-  const auto registry = makeRegFile(file);
-  for (int i = 0; i < writers * values; ++i) {
-    EXPECT_TRUE(registry->RegQueryValueEx(key, std::to_string(i / values) + "." + std::to_string(i % values))) << i;
-  }
 }
 
 }  // namespace
