@@ -17,6 +17,7 @@ class XmlLibrary;
 
 namespace kartix {
 
+class HostObjects;
 class Runtime;
 class Session;
 struct Workplace;
@@ -24,9 +25,9 @@ struct Workplace;
 /// What a component is to work with. Whatever is left out is the real one of this machine; what is given outlives the
 /// component.
 struct Setup {
-  std::filesystem::path registryFile;       ///< settings store; empty for the user's own
-  std::optional<platform::LocalTime> now;   ///< the clock starts here and runs on; the machine's time when left out
-  std::filesystem::path caFile;             ///< PEM file of authorities to trust besides the system's own
+  std::filesystem::path registryFile;      ///< settings store; empty for the user's own
+  std::optional<platform::LocalTime> now;  ///< the clock starts here and runs on; the machine's time when left out
+  std::filesystem::path caFile;            ///< PEM file of authorities to trust besides the system's own
   platform::UserInterface* userInterface = nullptr;
   platform::SoundPlayer* sounds = nullptr;
   platform::ObjectClasses* objects = nullptr;  ///< left out: the classes that the host has registered
@@ -50,6 +51,8 @@ class Component {
   Session& session();
   /// What the windows of the operations work with.
   Workplace& workplace();
+  /// The automation classes that the host has registered with this component.
+  HostObjects& hostObjects();
 
  private:
   struct Parts;

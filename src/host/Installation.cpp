@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <array>
-#include <ctime>
 #include <utility>
 
+#include "adapters/clock/SystemClock.h"
 #include "adapters/curl/Curl.h"
 #include "adapters/dbe/DbeChooser.h"
 #include "adapters/files/Files.h"
@@ -50,17 +50,6 @@ class NoWindows final : public platform::UserInterface {
   void setHourglass(bool) override {}
   void centerForm(forms::Form&) override {}
   void progressReported(const forms::Form&, int, std::string_view) override {}
-};
-
-/// Settings that depend on the day are read as those of today.
-class Today final : public platform::Clock {
- public:
-  platform::LocalTime now() override {
-    const std::time_t seconds = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
-  }
 };
 
 adapters::CurlOptions impatient() {
@@ -120,9 +109,9 @@ struct Installation::Parts {
   std::unique_ptr<platform::DbeLibrary> dbe;
   std::unique_ptr<platform::HttpLibrary> http;
   NoWindows windows;
-  Today clock;
-  Trace trace{clock};
-  Global global{trace, *dbe, windows, clock};
+  std::unique_ptr<platform::Clock> clock = adapters::makeSystemClock();
+  Trace trace{*clock};
+  Global global{trace, *dbe, windows, *clock};
   Reporting reporting{trace, global};
   Konfiguration settings{*registry, *files, trace, global, reporting};
 };

@@ -1,5 +1,7 @@
 #include "runtime/Runtime.h"
 
+#include <cstdio>
+
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "platform/UserInterface.h"
@@ -47,14 +49,21 @@ void Runtime::TraceClose() {
   reporting.InfoMsg("Debug-Datei " + file + " geschlossen.", hintCaption);
 }
 
+void Runtime::missDisplay(const forms::Form& form) {
+  const std::string line = "Fenster " + form.name() + " kann nicht angezeigt werden: keine Anzeige vorhanden";
+  trace.TraceLine(line, trace_level::calls);
+  // What the window's load handler switched on would stay on.
+  machine.userInterface.setHourglass(false);
+  if (displayMissed_) return;
+  displayMissed_ = true;
+  std::fprintf(stderr, "kartix: %s\n", line.c_str());
+}
+
 void Runtime::showModal(forms::Form& form) {
   form.load();
   if (form.failure().empty()) {
     const auto result = machine.userInterface.showModal(form);
-    if (result == platform::UserInterface::ShowResult::noDisplay) {
-      trace.TraceLine("Fenster " + form.name() + " kann nicht angezeigt werden: keine Anzeige vorhanden",
-                      trace_level::calls);
-    }
+    if (result == platform::UserInterface::ShowResult::noDisplay) missDisplay(form);
   }
   if (!form.failure().empty()) {
     trace.TraceLine("Fenster " + form.name() + " abgebrochen: " + form.failure(), trace_level::calls);

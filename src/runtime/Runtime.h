@@ -24,8 +24,11 @@ class Runtime {
   void TraceClose();
 
   /// Loads `form` and shows it modally until it is hidden. A failure in one of its handlers, or a missing display,
-  /// is traced; the form then holds its failure value.
+  /// is traced; the form then holds its failure value. A missing display is also told on standard error, once until
+  /// `forgetDisplay`.
   void showModal(forms::Form& form);
+  /// A new host object begins: a missing display is worth telling again.
+  void forgetDisplay() { displayMissed_ = false; }
 
   platform::Platform machine;
   Trace trace;
@@ -34,6 +37,11 @@ class Runtime {
   Konfiguration konfiguration;
 
   std::string ClerkName;  ///< the acting clerk, as named by the host
+
+ private:
+  void missDisplay(const forms::Form& form);
+
+  bool displayMissed_ = false;
 };
 
 }  // namespace kartix

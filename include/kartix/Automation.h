@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "kartix/Export.h"
+
+namespace kartix {
+
+/// A value as it passes between the component and an automation object of the host. Texts are UTF-8.
+using AutomationValue = std::variant<std::monostate, bool, std::int64_t, double, std::string>;
+
+/// An automation object of the host application, called by member name.
+class KARTIX_EXPORT AutomationObject {
+ public:
+  virtual ~AutomationObject();
+  /// Calls `member`. A failure is any exception derived from `std::exception`; the clerk is shown its text.
+  virtual AutomationValue call(const std::string& member, const std::vector<AutomationValue>& arguments) = 0;
+};
+
+/// Offers the class `progId` to the component that this process shares, in place of one of the same name. The
+/// component creates an object of it for each exchange. An empty `create` takes the class away again.
+KARTIX_EXPORT void registerAutomationClass(const std::string& progId,
+                                           std::function<std::unique_ptr<AutomationObject>()> create);
+
+}  // namespace kartix

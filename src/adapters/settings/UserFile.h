@@ -1,0 +1,11 @@
+#pragma once
+
+#include <filesystem>
+
+namespace kartix::adapters {
+
+/// Path of the user's settings store: `$KARTIX_REGISTRY`, else `kartix/registry.reg` in the user's configuration
+/// directory (`$XDG_CONFIG_HOME`, else `~/.config`).
+std::filesystem::path userRegistryFile();
+
+}  // namespace kartix::adapters

@@ -1,0 +1,118 @@
+#include "component/Component.h"
+
+#include "adapters/canberra/Canberra.h"
+#include "adapters/clock/SystemClock.h"
+#include "adapters/curl/Curl.h"
+#include "adapters/dbe/DbeChooser.h"
+#include "adapters/files/Files.h"
+#include "adapters/libxml2/LibXml.h"
+#include "adapters/postgres/Postgres.h"
+#include "adapters/qt/Qt.h"
+#include "adapters/settings/Settings.h"
+#include "adapters/settings/UserFile.h"
+#include "adapters/sqlite/Sqlite.h"
+#include "component/HostObjects.h"
+#include "dialogs/MessageWindows.h"
+#include "dialogs/Workplace.h"
+#include "dialogs/ZEVISPassChange.h"
+#include "gateway/KBAInterface.h"
+#include "gateway/Login.h"
+#include "hostdb/ARGOInterface.h"
+#include "hostdb/Session.h"
+#include "platform/DbeLibrary.h"
+#include "platform/FileSystem.h"
+#include "platform/HttpLibrary.h"
+#include "platform/ImageLibrary.h"
+#include "platform/ProfileFiles.h"
+#include "platform/Registry.h"
+#include "platform/SoundPlayer.h"
+#include "platform/UserInterface.h"
+#include "runtime/Runtime.h"
+
+namespace kartix {
+namespace {
+
+/// What was given, or else one of our own, made on the spot.
+template <class Part>
+class Chosen {
+ public:
+  template <class Make>
+  Chosen(Part* given, Make make) : own_(given ? nullptr : make()), part_(given ? *given : *own_) {}
+  Part& operator*() const { return part_; }
+
+ private:
+  std::unique_ptr<Part> own_;
+  Part& part_;
+};
+
+std::unique_ptr<platform::DbeLibrary> hostDatabase() {
+  return adapters::makeDbeChooser(adapters::makeSqliteDbe(), adapters::makePostgresDbe());
+}
+
+std::unique_ptr<platform::HttpLibrary> transport(const Setup& setup) {
+  adapters::CurlOptions options;
+  options.caFile = setup.caFile;
+  return adapters::makeCurlHttp(options);
+}
+
+}  // namespace
+
+/// The machine, on which everything else stands.
+struct Machine {
+  explicit Machine(const Setup& setup)
+      : registry(
+            adapters::makeRegFile(setup.registryFile.empty() ? adapters::userRegistryFile() : setup.registryFile)),
+        clock(adapters::makeSystemClock(setup.now)),
+        dbe(setup.dbe, hostDatabase),
+        http(setup.http, [&] { return transport(setup); }),
+        xml(setup.xml, [] { return adapters::makeLibXml(); }),
+        userInterface(setup.userInterface, adapters::makeQtUserInterface),
+        sounds(setup.sounds, adapters::makeCanberraSounds),
+        objects(setup.objects ? *setup.objects : hostObjects) {}
+
+  platform::Platform parts() {
+    return {*registry, *profileFiles, *files, *dbe, *http, *xml, *images, objects, *userInterface, *sounds, *clock};
+  }
+
+  std::unique_ptr<platform::Registry> registry;
+  std::unique_ptr<platform::ProfileFiles> profileFiles = adapters::makeIniFiles();
+  std::unique_ptr<platform::FileSystem> files = adapters::makeFiles();
+  std::unique_ptr<platform::ImageLibrary> images = adapters::makeQtImages();
+  std::unique_ptr<platform::Clock> clock;
+  Chosen<platform::DbeLibrary> dbe;
+  Chosen<platform::HttpLibrary> http;
+  Chosen<platform::XmlLibrary> xml;
+  Chosen<platform::UserInterface> userInterface;
+  Chosen<platform::SoundPlayer> sounds;
+  HostObjects hostObjects;
+  platform::ObjectClasses& objects;
+};
+
+struct Component::Parts {
+  explicit Parts(const Setup& setup) : machine(setup) { runtime.reporting.setMessageWindow(&messages); }
+
+  Machine machine;
+  Runtime runtime{machine.parts()};
+  MessageWindows messages{runtime};
+  Session session{runtime};
+  ARGOInterface argo{runtime, session};
+  KBAInterface kba{runtime};
+  PasswordChangeWindow passwordChange{runtime};
+  Login login{runtime, kba, passwordChange};
+  Workplace workplace{runtime, session, argo, kba, login};
+};
+
+Component::Component(const Setup& setup) : parts_(std::make_unique<Parts>(setup)) {}
+Component::~Component() = default;
+
+Component& Component::shared() {
+  static Component component{Setup{}};
+  return component;
+}
+
+Runtime& Component::runtime() { return parts_->runtime; }
+Session& Component::session() { return parts_->session; }
+Workplace& Component::workplace() { return parts_->workplace; }
+HostObjects& Component::hostObjects() { return parts_->machine.hostObjects; }
+
+}  // namespace kartix

@@ -1,0 +1,22 @@
+#include "component/Component.h"
+#include "component/HostObjects.h"
+#include "kartix/Automation.h"
+#include "kartix/CFahrerkarte.h"
+#include "kartix/CPersonalien.h"
+#include "kartix/DBETXTDatabase.h"
+#include "kartix/Kartix.h"
+
+// What a host creates without more words belongs to the component that its process shares.
+
+namespace kartix {
+
+Kartix::Kartix() : Kartix(Component::shared()) {}
+CPersonalien::CPersonalien() : CPersonalien(Component::shared().runtime()) {}
+CFahrerkarte::CFahrerkarte() : CFahrerkarte(Component::shared().runtime()) {}
+DBETXTDatabase::DBETXTDatabase() : DBETXTDatabase(Component::shared().runtime()) {}
+
+void registerAutomationClass(const std::string& progId, std::function<std::unique_ptr<AutomationObject>()> create) {
+  Component::shared().hostObjects().set(progId, std::move(create));
+}
+
+}  // namespace kartix
