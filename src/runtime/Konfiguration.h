@@ -16,7 +16,7 @@ class Reporting;
 class Trace;
 
 /// Registry key of the product; its sub-keys are the sections. Ends in "\".
-inline constexpr std::string_view productKey = "Software\\Tessel\\ARGO KBA ONLINE\\";
+inline constexpr std::string_view productKey = R"(Software\Tessel\ARGO KBA ONLINE\)";
 
 /// The settings of the installation, read once by `init`: first from the registry, and where that is empty from the
 /// ini file that `InfoDatei` names. A setting that is found nowhere is empty.

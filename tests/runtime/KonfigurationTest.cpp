@@ -1,0 +1,181 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "adapters/sqlite/Sqlite.h"
+#include "common/Scrambling.h"
+#include "support/Files.h"
+#include "support/TestMachine.h"
+
+namespace kartix {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string root(productKey);
+const std::string imageKey = R"(Software\Tessel\ARGO Anwendungen\Version 9\KXFS\FOTOFS)";
+
+class Settings : public testing::Test {
+ protected:
+  void store(const std::string& section, const std::string& name, const std::string& value) {
+    ASSERT_TRUE(machine.registry->RegSetValueEx(root + section, name, value));
+  }
+  void storeIni(const std::string& section, const std::string& name, const std::string& value) {
+    store("", "InfoDatei", ini);
+    ASSERT_TRUE(machine.files->WritePrivateProfileString(section, name, value, ini));
+  }
+  void expectParameter(const std::string& value, bool fromIni, bool secret = false) {
+    k.InfoDatei = k.GetIni({}, root, "InfoDatei");
+    bool told = !fromIni;
+    EXPECT_EQ(k.parameter("ZKR", "KENZA", told, secret), value);
+    EXPECT_EQ(told, fromIni);
+  }
+
+  test::TestMachine machine{adapters::makeSqliteDbe()};
+  Konfiguration& k = machine.runtime.konfiguration;
+  const std::string ini = machine.directory / "argo.ini";
+};
+
+TEST_F(Settings, RegistryComesFirstAndTheIniFileSecond) {
+  expectParameter("", true);
+  storeIni("zkr", "kenza", "  ini wert ");
+  expectParameter("ini wert", true);
+  store("ZKR", "KENZA", "   ");
+  expectParameter("ini wert", true);
+  store("ZKR", "KENZA", " Köln  ");
+  expectParameter("Köln", false);
+}
+
+TEST_F(Settings, SecretsAreUnscrambledFromBothPlaces) {
+  storeIni("ZKR", "KENZA", CryptLong("Geheim€1"));
+  expectParameter("Geheim€1", true, true);
+  store("ZKR", "KENZA", CryptLong(""));
+  expectParameter("Geheim€1", true, true);
+  store("ZKR", "KENZA", CryptLong("anders\u00FF"));
+  expectParameter("anders\u00FF", false, true);
+}
+
+TEST_F(Settings, WithoutIniFileTheSectionIsAKeyOfItsOwn) {
+  ASSERT_TRUE(machine.registry->RegSetValueEx("ZKR", "KENZA", "stray"));
+  expectParameter("stray", true);
+}
+
+TEST_F(Settings, AutomationIsOnBySwitchOrByDate) {
+  struct Case {
+    platform::LocalTime day;
+    std::string value;
+    bool on;
+  };
+  for (const Case& c : {Case{{2014, 11, 16, 23, 59, 59}, "", false},
+                        {{2014, 11, 16}, "1", true},
+                        {{2014, 11, 16}, "01", false},
+                        {{2014, 11, 17}, "", true},
+                        {{2026, 3, 9}, "0", true}}) {
+    machine.clock.time = c.day;
+    store("ZKR", "ZKRNeu", c.value);
+    k.init();
+    EXPECT_EQ(k.ZKRNeu, c.on) << c.day.day << c.value;
+  }
+}
+
+TEST_F(Settings, GatewayAccountStandsInTheNamedSection) {
+  for (const char* section : {"ZEVIS", "ZKR", "KBA"}) store(section, "ZEVISUserName", section);
+  struct Case {
+    std::string value, section;
+  };
+  for (const Case& c :
+       {Case{"ZEVIS", "ZEVIS"}, {" KBA ", "KBA"}, {"ZKR", "ZKR"}, {"zevis", "ZKR"}, {"", "ZKR"}, {"FS", "ZKR"}}) {
+    store("ZKR", "SektionKennung", c.value);
+    k.init();
+    EXPECT_EQ(k.SektionKennung, c.section) << c.value;
+    EXPECT_EQ(k.ZEVISUserName, c.section) << c.value;
+  }
+}
+
+TEST_F(Settings, NewGatewayPasswordGoesWhereTheOldOneCameFrom) {
+  store("ZKR", "SektionKennung", "KBA");
+  storeIni("KBA", "ZEVISPass", CryptLong("alt123"));
+  k.init();
+  EXPECT_EQ(k.ZEVISPass, "alt123");
+  k.SaveZEVISPass("neu456");
+  EXPECT_EQ(machine.files->GetPrivateProfileString("KBA", "ZEVISPass", "", 1024, ini), CryptLong("neu456"));
+  EXPECT_FALSE(machine.registry->RegQueryValueEx(root + "KBA", "ZEVISPass"));
+  store("KBA", "ZEVISPass", CryptLong("alt789"));
+  k.init();
+  EXPECT_EQ(k.ZEVISPass, "alt789");
+  k.SaveZEVISPass("neu000");
+  EXPECT_EQ(machine.registry->RegQueryValueEx(root + "KBA", "ZEVISPass")->text, CryptLong("neu000"));
+  EXPECT_EQ(machine.files->GetPrivateProfileString("KBA", "ZEVISPass", "", 1024, ini), CryptLong("neu456"));
+}
+
+TEST_F(Settings, NoticesOfTheInstallation) {
+  store("ZKR", "Testsystem", "1");
+  store("ZEVIS", "GATEWAY", " 2x");
+  k.init();
+  EXPECT_EQ(k.GATEWAY, 2);
+  EXPECT_THAT(machine.messages.take(),
+              ElementsAre("ARGO Kartix - Hinweis|Achtung, Testsystem",
+                          "ARGO Kartix: Fehler|(102)\r\nBitte auch das Zertifikat konfigurieren.",
+                          "ARGO Kartix: Fehler|(103)\r\nBitte auch den privaten Schlüssel konfigurieren."));
+  store("ZKR", "Testsystem", "ja");
+  store("ZEVIS", "GATEWAY", "99999");
+  store("ZEVIS", "GATEWAYCert", "c.pem");
+  store("ZEVIS", "GATEWAYPkey", "k.pem");
+  k.init();
+  EXPECT_FALSE(k.Testsystem);
+  EXPECT_EQ(k.GATEWAY, 32767);
+  EXPECT_THAT(machine.messages.take(), IsEmpty());
+}
+
+TEST_F(Settings, CookieSlotSumsTheSingleByteCodes) {
+  struct Case {
+    std::string zpper;
+    int slot;
+  };
+  for (const Case& c : {Case{"", 0}, {"A", 0}, {"AB", 1}, {"ä", 3}, {"€", 3}, {"Đ", 3}, {"sb-0815", 4}}) {
+    store("ZKR", "ZPPER", c.zpper);
+    k.init();
+    EXPECT_EQ(k.CookieSlot, c.slot) << c.zpper;
+  }
+}
+
+TEST_F(Settings, ImageDirectoryOfAPerson) {
+  EXPECT_FALSE(k.GetImageDir("42"));
+  EXPECT_EQ(k.ImageDir, "");
+  struct Case {
+    std::string root, number, directory;
+  };
+  for (const Case& c : {Case{R"(D:\Bilder)", "1234567", R"(D:\Bilder\00\012\34500\0001234567)"},
+                        {R"( \\srv\Bilder\ )", " 42 ", R"(\\srv\Bilder\00\000\00000\0000000042)"},
+                        {"/srv/bilder", "249", R"(/srv/bilder\00\000\00000\0000000249)"},
+                        {"/srv/bilder", "250", R"(/srv/bilder\00\000\00250\0000000250)"},
+                        {"D:", "1234599999", R"(D:\12\345\99750\1234599999)"},
+                        {"D:", "98765432101", R"(D:\98\765\32000\98765432101)"}}) {
+    ASSERT_TRUE(machine.registry->RegSetValueEx(imageKey, "KODSImageDir", c.root));
+    EXPECT_TRUE(k.GetImageDir(c.number));
+    EXPECT_EQ(k.ImageDir, c.directory);
+  }
+}
+
+TEST_F(Settings, RegistryValuesEndAt1024SingleBytes) {
+  std::string longest = "D:\\";
+  while (longest.size() < 3 + 2 * 1021U) longest += "ü";
+  for (const bool fits : {true, false}) {
+    ASSERT_TRUE(machine.registry->RegSetValueEx(imageKey, "KODSImageDir", longest));
+    EXPECT_EQ(k.GetImageDir("1"), fits);
+    EXPECT_EQ(k.ImageDir, fits ? longest + R"(\00\000\00000\0000000001)" : "");
+    longest += "x";
+  }
+  test::writeBytes(machine.directory / "registry.reg",
+                   "REGEDIT4\r\n[HKEY_CURRENT_USER\\K]\r\n\"dword\"=dword:ffffffff\r\n\"binary\"=hex:31,32\r\n"
+                   "\"expand\"=hex(2):25,58,25,00\r\n\"nul\"=hex(1):31,00,32,00\r\n");
+  EXPECT_EQ(k.RegReadString("K", "dword"), "4294967295");
+  EXPECT_EQ(k.RegReadString("K", "binary"), "");
+  EXPECT_EQ(k.RegReadString("K", "expand"), "%X%");
+  EXPECT_EQ(k.RegReadString("K", "nul"), "1");
+  EXPECT_EQ(k.RegReadString("K", "missing"), "");
+  EXPECT_EQ(k.RegReadString("No", "dword"), "");
+}
+
+}  // namespace
+}  // namespace kartix
