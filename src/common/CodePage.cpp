@@ -21,6 +21,12 @@ char toByte(char32_t character) {
   return static_cast<char>(0x80 + (found - upperControls.begin()));
 }
 
+constexpr char32_t lastIsoCharacter = 0xFF;
+
+std::string reference(char32_t character) {
+  return "&#" + std::to_string(static_cast<unsigned long>(character)) + ";";
+}
+
 }  // namespace
 
 std::string toAnsi(std::string_view utf8) {
@@ -43,14 +49,20 @@ std::string fromAnsi(std::string_view bytes) {
 }
 
 std::string toIsoXml(std::string_view utf8) {
-  std::string bytes;
-  bytes.reserve(utf8.size());
+  // Measured first: a message with images must not be copied again because it turned out longer.
+  std::size_t size = 0;
   for (std::size_t position = 0; position < utf8.size();) {
     const char32_t character = text::nextCharacter(utf8, position);
-    if (character <= 0xFF) {
+    size += character <= lastIsoCharacter ? 1 : reference(character).size();
+  }
+  std::string bytes;
+  bytes.reserve(size);
+  for (std::size_t position = 0; position < utf8.size();) {
+    const char32_t character = text::nextCharacter(utf8, position);
+    if (character <= lastIsoCharacter) {
       bytes.push_back(static_cast<char>(character));
     } else {
-      bytes.append("&#").append(std::to_string(static_cast<unsigned long>(character))).append(";");
+      bytes.append(reference(character));
     }
   }
   return bytes;

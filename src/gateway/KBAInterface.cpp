@@ -15,8 +15,8 @@ constexpr std::array<std::string_view, 5> documentClasses = {
     "Msxml2.DOMDocument.2.0", "Microsoft.XMLDOM",
 };
 
-constexpr std::string_view plainDeclaration = "<?xml version=\"1.0\"?>";
-constexpr std::string_view isoDeclaration = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>";
+constexpr std::string_view plainDeclaration = R"(<?xml version="1.0"?>)";
+constexpr std::string_view isoDeclaration = R"(<?xml version="1.0" encoding="ISO-8859-1"?>)";
 
 }  // namespace
 
@@ -52,18 +52,22 @@ void KBAInterface::NewXmlDocument(platform::XmlDocument& document, std::string_v
   document.loadXML(text);
 }
 
+bool KBAInterface::namesFirstHost(std::string_view address) const {
+  const std::string& first = runtime_.konfiguration.DTDHost1;
+  return !first.empty() && text::upper(address).find(text::upper(first)) != std::string::npos;
+}
+
 std::string KBAInterface::doctypeLine(std::string_view rootName, std::string_view dtdPath,
                                       std::string_view address) const {
-  const std::string& first = runtime_.konfiguration.DTDHost1;
-  const bool useFirst = !first.empty() && text::upper(address).find(text::upper(first)) != std::string::npos;
-  const std::string& host = useFirst ? first : runtime_.konfiguration.DTDHost2;
+  const Konfiguration& settings = runtime_.konfiguration;
+  const std::string& host = namesFirstHost(address) ? settings.DTDHost1 : settings.DTDHost2;
   std::string line = "<!DOCTYPE ";
   return line.append(rootName).append(" SYSTEM \"http://").append(host).append(dtdPath).append("\">");
 }
 
-std::string KBAInterface::SetIsoDeclaration(std::string_view xmlText) {
-  if (!xmlText.starts_with(plainDeclaration)) return std::string(xmlText);
-  return std::string(isoDeclaration).append(xmlText.substr(plainDeclaration.size()));
+std::string KBAInterface::SetIsoDeclaration(std::string xmlText) {
+  if (xmlText.starts_with(plainDeclaration)) xmlText.replace(0, plainDeclaration.size(), isoDeclaration);
+  return xmlText;
 }
 
 std::string firstText(const platform::XmlDocument& document, std::string_view xpath) {

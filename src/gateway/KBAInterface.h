@@ -33,12 +33,14 @@ class KBAInterface {
   static void NewXmlDocument(platform::XmlDocument& document, std::string_view rootName,
                              std::string_view doctypeLine);
 
-  /// Document type line of a message. The host is chosen by the configured `address` of the exchange: the first
-  /// host when the address contains it in any case, else the second.
+  /// True when the configured `address` of an exchange contains the first gateway host, in any case.
+  bool namesFirstHost(std::string_view address) const;
+
+  /// Document type line of a message. Its host is the first one when `address` names it, else the second.
   std::string doctypeLine(std::string_view rootName, std::string_view dtdPath, std::string_view address) const;
 
   /// The form in which a document's text goes out: a declaration without encoding names ISO-8859-1.
-  static std::string SetIsoDeclaration(std::string_view xmlText);
+  static std::string SetIsoDeclaration(std::string xmlText);
 
   /// Sends `request` to `path` and loads the answer into `response`, which stays empty when the answer is not well
   /// formed. Returns the HTTP status, a negative error of the client library, or 0 when no request could be made.
@@ -49,7 +51,8 @@ class KBAInterface {
   /// True for 200. Any other HTTP status and every library error is reported to the clerk.
   bool CheckHttpStatus(std::int32_t status, std::string_view errorText);
 
-  /// Base64 text of a file of at most 64 MiB on one line; empty when it cannot be read.
+  /// Base64 text of a file of at most 64 MiB on one line; empty when it cannot be read. `path` is one of the
+  /// settings' paths; the case of its extension does not matter.
   std::string FileToBase64(const std::string& path);
 
  private:

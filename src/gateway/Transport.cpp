@@ -4,6 +4,7 @@
 #include "common/CodePage.h"
 #include "common/Text.h"
 #include "gateway/KBAInterface.h"
+#include "platform/FileSystem.h"
 #include "platform/HttpLibrary.h"
 #include "runtime/Runtime.h"
 
@@ -14,7 +15,7 @@ namespace {
 constexpr std::size_t textSize = 1000;
 constexpr std::size_t bodySize = 100000;
 
-constexpr std::uintmax_t fileSize = 64U * 1024 * 1024;
+constexpr std::uintmax_t fileSize = std::uintmax_t{64} * 1024 * 1024;
 
 constexpr std::int32_t methodSet = 12;
 constexpr std::int16_t gatewayWithSecureProxy = 2;
@@ -79,6 +80,7 @@ std::int32_t KBAInterface::PostXml(std::string_view path, const platform::XmlDoc
   if (http->TESSELHTTPsetMethod("POST") != methodSet) return 0;
   http->TESSELHTTPsetContentType("text/xml");
   if (http->TESSELHTTPsetPath(path) != 0) return 0;
+  // A message may hold large images: its text is gone again before it is sent.
   if (http->TESSELHTTPsetBody(codepage::toIsoXml(SetIsoDeclaration(request.xml()))) != 0) return 0;
   addCookies(*http, cookies_);
   addTls(*http, settings);
@@ -113,11 +115,13 @@ bool KBAInterface::CheckHttpStatus(std::int32_t status, std::string_view errorTe
 }
 
 std::string KBAInterface::FileToBase64(const std::string& path) {
+  const auto found = runtime_.machine.files.findFile(path);
+  if (!found) return {};
   std::error_code failure;
-  const std::uintmax_t size = std::filesystem::file_size(path, failure);
+  const std::uintmax_t size = std::filesystem::file_size(*found, failure);
   if (failure || size > fileSize) return {};
   std::string bytes(size, '\0');
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(*found, std::ios::binary);
   if (!file.read(bytes.data(), static_cast<std::streamsize>(size))) return {};
   return runtime_.machine.http.TESSELHTTPbase64encode(bytes);
 }

@@ -35,7 +35,7 @@ class HttpRequest {
   /// refused.
   virtual std::int32_t TESSELHTTPsetPath(std::string_view path) = 0;
   /// 0 on success.
-  virtual std::int32_t TESSELHTTPsetBody(std::string_view bytes) = 0;
+  virtual std::int32_t TESSELHTTPsetBody(std::string bytes) = 0;
   virtual void TESSELHTTPclearCookies() = 0;
   virtual void TESSELHTTPaddCookie(std::string_view name, std::string_view value) = 0;
   /// Switches the request to TLS.

@@ -3,6 +3,7 @@
 #include <openssl/ssl.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "adapters/curl/Errors.h"
 #include "common/Numbers.h"
@@ -105,8 +106,8 @@ std::int32_t Request::TESSELHTTPsetPath(std::string_view path) {
   return accepted;
 }
 
-std::int32_t Request::TESSELHTTPsetBody(std::string_view bytes) {
-  body_ = bytes;
+std::int32_t Request::TESSELHTTPsetBody(std::string bytes) {
+  body_ = std::move(bytes);
   return accepted;
 }
 

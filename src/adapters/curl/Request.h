@@ -26,7 +26,7 @@ class Request final : public platform::HttpRequest {
   std::int32_t TESSELHTTPsetMethod(std::string_view method) override;
   void TESSELHTTPsetContentType(std::string_view type) override;
   std::int32_t TESSELHTTPsetPath(std::string_view path) override;
-  std::int32_t TESSELHTTPsetBody(std::string_view bytes) override;
+  std::int32_t TESSELHTTPsetBody(std::string bytes) override;
   void TESSELHTTPclearCookies() override { cookies_.clear(); }
   void TESSELHTTPaddCookie(std::string_view name, std::string_view value) override;
   void TESSELHTTPsetHttpS() override { tls_ = true; }

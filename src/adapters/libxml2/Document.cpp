@@ -6,6 +6,7 @@
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
 
+#include <limits>
 #include <new>
 
 #include "common/Text.h"
@@ -42,6 +43,15 @@ xmlDoc* parsed(const std::string& text) {
   return xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()), nullptr, "UTF-8", options);
 }
 
+bool isCarriable(std::string_view text) {
+  if (!text::isValidUtf8(text)) return false;
+  for (std::size_t position = 0; position < text.size();) {
+    const char32_t character = text::nextCharacter(text, position);
+    if (!IS_CHAR(static_cast<unsigned>(character))) return false;
+  }
+  return true;
+}
+
 /// `text` without the characters that XML cannot carry.
 std::string carriable(std::string_view text) {
   std::string result;
@@ -50,6 +60,32 @@ std::string carriable(std::string_view text) {
     if (IS_CHAR(static_cast<unsigned>(character))) text::append(result, character);
   }
   return result;
+}
+
+xmlNode* newText(xmlDoc* document, std::string_view text) {
+  if (text.size() > std::numeric_limits<int>::max()) throw std::bad_alloc();
+  xmlNode* const node =
+      xmlNewDocTextLen(document, reinterpret_cast<const xmlChar*>(text.data()), static_cast<int>(text.size()));
+  if (!node) throw std::bad_alloc();
+  return node;
+}
+
+/// Writes the document's nodes through `write`, piece by piece.
+void save(const xmlDoc& document, xmlOutputWriteCallback write, void* context) {
+  xmlSaveCtxt* const writer = xmlSaveToIO(write, nullptr, context, "UTF-8", XML_SAVE_NO_DECL | XML_SAVE_AS_XML);
+  if (!writer) throw std::bad_alloc();
+  for (xmlNode* node = document.children; node; node = node->next) xmlSaveTree(writer, node);
+  xmlSaveClose(writer);
+}
+
+int countBytes(void* size, const char*, int length) {
+  *static_cast<std::size_t*>(size) += static_cast<std::size_t>(length);
+  return length;
+}
+
+int appendBytes(void* text, const char* bytes, int length) {
+  static_cast<std::string*>(text)->append(bytes, static_cast<std::size_t>(length));
+  return length;
 }
 
 std::string qualifiedName(const xmlNode& node) {
@@ -79,13 +115,12 @@ std::string Document::xml() const {
     if (document_->standalone >= 0) text += document_->standalone == 1 ? " standalone=\"yes\"" : " standalone=\"no\"";
     text += "?>";
   }
-  const std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)> buffer(xmlBufferCreate(), xmlBufferFree);
-  if (!buffer) throw std::bad_alloc();
-  xmlSaveCtxt* const writer = xmlSaveToBuffer(buffer.get(), "UTF-8", XML_SAVE_NO_DECL | XML_SAVE_AS_XML);
-  if (!writer) throw std::bad_alloc();
-  for (xmlNode* node = document_->children; node; node = node->next) xmlSaveTree(writer, node);
-  xmlSaveClose(writer);
-  return text + textOf(xmlBufferContent(buffer.get()));
+  // Measured first, so that the text of a message with images is made in one piece and never copied.
+  std::size_t size = text.size();
+  save(*document_, countBytes, &size);
+  text.reserve(size);
+  save(*document_, appendBytes, &text);
+  return text;
 }
 
 platform::XmlNode Document::documentElement() const {
@@ -102,9 +137,10 @@ platform::XmlNode Document::appendElement(platform::XmlNode parent, std::string_
   xmlNode* const element = xmlNewDocNode(document_.get(), nullptr, bytesOf(elementName), nullptr);
   if (!element) throw std::bad_alloc();
   xmlAddChild(nodeOf(parent), element);
-  const std::string content = carriable(text);
+  std::string filtered;
+  if (!isCarriable(text)) text = filtered = carriable(text);
   // No node for an empty text: it would be written as a start and an end tag.
-  if (!content.empty()) xmlAddChild(element, xmlNewDocText(document_.get(), bytesOf(content)));
+  if (!text.empty()) xmlAddChild(element, newText(document_.get(), text));
   return element;
 }
 
