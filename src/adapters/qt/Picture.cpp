@@ -1,0 +1,147 @@
+#include "adapters/qt/Picture.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QtEndian>
+#include <algorithm>
+#include <string_view>
+
+#include "adapters/qt/Silence.h"
+
+namespace kartix::adapters::qt {
+namespace {
+
+constexpr qint64 largestFile = qint64{64} << 20;
+
+std::optional<QByteArray> readFile(const QString& name) {
+  QFile file(name);
+  // A pipe or a device could hold up the caller.
+  if (!QFileInfo(name).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > largestFile) return std::nullopt;
+  QByteArray bytes = file.read(largestFile);
+  if (bytes.isEmpty() || file.error() != QFile::NoError) return std::nullopt;
+  return bytes;
+}
+
+/// Whether a JPEG has its end marker: a decoder fills up with grey what is missing. Whatever follows the end is of no
+/// interest. The pictures within segments, small previews, are passed over with the segments.
+bool jpegIsComplete(std::string_view bytes) {
+  constexpr char mark = '\xFF';
+  constexpr unsigned char restart0 = 0xD0;
+  constexpr unsigned char start = 0xD8;
+  constexpr unsigned char end = 0xD9;
+  std::size_t at = 0;
+  while ((at = bytes.find(mark, at)) != std::string_view::npos) {
+    at = bytes.find_first_not_of(mark, at);
+    if (at == std::string_view::npos) return false;
+    const auto code = static_cast<unsigned char>(bytes[at++]);
+    if (code == end) return true;
+    const bool alone = code <= 1 || (code >= restart0 && code <= start);
+    if (alone) continue;
+    if (bytes.size() - at < 2) return false;
+    at += qFromBigEndian<quint16>(bytes.data() + at);
+  }
+  return false;
+}
+
+/// Whether a BMP is as long as its header says: what is missing would be black.
+bool bmpIsComplete(const QByteArray& bytes) {
+  constexpr qsizetype lengthAt = 2;
+  return bytes.size() >= lengthAt + 4 &&
+         qFromLittleEndian<quint32>(bytes.constData() + lengthAt) <= static_cast<quint32>(bytes.size());
+}
+
+/// Reads a picture whose size has been found workable. Qt's own limit for one picture is lower, and counts for the
+/// whole process: it is lifted only where it has to be. `silence` sees to it that no two threads do so.
+QImage decode(QImageReader& reader, QSize size, const Silence& silence) {
+  constexpr qint64 mostBytesOfPixel = 8;
+  const int before = QImageReader::allocationLimit();
+  const auto needed = static_cast<int>((mostBytesOfPixel * size.width() * size.height()) >> 20) + 1;
+  const bool lift = before != 0 && before < needed;
+  if (lift) QImageReader::setAllocationLimit(needed);
+  QImage pixels = reader.read();
+  if (lift) QImageReader::setAllocationLimit(before);
+  if (silence.heard(QStringLiteral("remature end"))) return {};
+  return pixels;
+}
+
+void layOnWhite(QImage& pixels) {
+  constexpr uint white = 255;
+  pixels.convertTo(QImage::Format_ARGB32_Premultiplied);
+  for (int y = 0; y < pixels.height(); ++y) {
+    auto* row = reinterpret_cast<QRgb*>(pixels.scanLine(y));
+    for (QRgb* pixel = row; pixel != row + pixels.width(); ++pixel) {
+      const uint shine = white - qAlpha(*pixel);
+      *pixel += shine << 24U | shine << 16U | shine << 8U | shine;
+    }
+  }
+  pixels.reinterpretAsFormat(QImage::Format_RGB32);
+}
+
+QImage plain(QImage pixels) {
+  if (pixels.isNull()) return pixels;
+  const bool grey = pixels.format() == QImage::Format_Grayscale8 || pixels.format() == QImage::Format_Grayscale16;
+  if (pixels.hasAlphaChannel()) {
+    layOnWhite(pixels);
+  } else {
+    pixels.convertTo(grey ? QImage::Format_Grayscale8 : QImage::Format_RGB32);
+  }
+  return pixels;
+}
+
+}  // namespace
+
+bool workable(QSize size) {
+  return size.width() >= 1 && size.height() >= 1 && qint64{size.width()} * size.height() <= mostPixels;
+}
+
+std::optional<Picture> Picture::read(const QString& file) {
+  const Silence silence;
+  auto bytes = readFile(file);
+  if (!bytes) return std::nullopt;
+  QBuffer buffer(&*bytes);
+  QImageReader reader(&buffer);
+  const QByteArray format = reader.format();
+  const QSize size = reader.size();
+  if (size.isEmpty()) return std::nullopt;
+  Picture picture(size, reader.transformation());
+  if (format == "jpeg") {
+    if (!jpegIsComplete({bytes->constData(), static_cast<std::size_t>(bytes->size())})) return std::nullopt;
+    picture.jpeg_ = *bytes;
+    return picture;
+  }
+  if (format != "png" && format != "tiff" && (format != "bmp" || !bmpIsComplete(*bytes))) return std::nullopt;
+  if (!workable(size)) return picture;
+  picture.pixels_ = plain(decode(reader, size, silence));
+  if (picture.pixels_.size() != size) return std::nullopt;
+  return picture;
+}
+
+int Picture::step(double factor) const {
+  if (jpeg_.isEmpty()) return 1;
+  int step = 8;
+  while (step > 1 && factor < 2 * step) step /= 2;
+  return step;
+}
+
+QImage Picture::pixels(int step) const {
+  if (jpeg_.isEmpty() || !workable(size_)) return pixels_;
+  const auto cells = [](int side, int cell) { return (side + cell - 1) / cell; };
+  const QSize reduced(cells(size_.width(), step), cells(size_.height(), step));
+  const Silence silence;
+  QBuffer buffer;
+  buffer.setData(jpeg_);
+  QImageReader reader(&buffer, "jpeg");
+  if (step > 1) {
+    // A JPEG consists of blocks of 8 by 8. The reader leaves out detail by itself, and exactly by this step, when it
+    // is told to read whole blocks; otherwise it would scale once more.
+    constexpr int block = 8;
+    reader.setScaledSize(reduced);
+    reader.setClipRect({0, 0, cells(size_.width(), block) * block, cells(size_.height(), block) * block});
+  }
+  QImage pixels = plain(decode(reader, reduced, silence));
+  return pixels.size() == reduced ? pixels : QImage();
+}
+
+}  // namespace kartix::adapters::qt

@@ -1,0 +1,116 @@
+#include "adapters/qt/Resampling.h"
+
+#include <QColorSpace>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <numbers>
+#include <vector>
+
+namespace kartix::adapters::qt {
+namespace {
+
+constexpr double lobes = 3;
+
+double lanczos(double x) {
+  if (x == 0) return 1;
+  if (std::abs(x) >= lobes) return 0;
+  const double angle = std::numbers::pi * x;
+  return lobes * std::sin(angle) * std::sin(angle / lobes) / (angle * angle);
+}
+
+/// What one line of the result takes: pixels of the picture from `first` on, and the surroundings. The shares add up
+/// to 1.
+struct Taps {
+  int first = 0;
+  std::vector<float> shares;
+  float around = 0;
+};
+
+/// Taps of all `target` lines of one side. The picture has `count` pixels from `at` on, on a canvas of `canvas`
+/// pixels.
+std::vector<Taps> tapsOfSide(int count, double at, double canvas, int target) {
+  const double step = canvas / target;
+  const double reach = std::max(step, 1.0);
+  std::vector<Taps> side(static_cast<std::size_t>(target));
+  std::vector<double> shares;
+  for (int line = 0; line < target; ++line) {
+    const double centre = (line + 0.5) * step - at - 0.5;
+    const int last = static_cast<int>(std::floor(centre + lobes * reach));
+    Taps& taps = side[static_cast<std::size_t>(line)];
+    double around = 0;
+    double sum = 0;
+    shares.clear();
+    for (int pixel = static_cast<int>(std::ceil(centre - lobes * reach)); pixel <= last; ++pixel) {
+      const bool inside = pixel >= 0 && pixel < count;
+      const double place = pixel + 0.5 + at;
+      if (!inside && (place < 0 || place >= canvas)) continue;
+      const double share = lanczos((pixel - centre) / reach);
+      sum += share;
+      if (!inside) around += share;
+      if (inside && shares.empty()) taps.first = pixel;
+      if (inside) shares.push_back(share);
+    }
+    taps.around = static_cast<float>(around / sum);
+    taps.shares.resize(shares.size());
+    std::transform(shares.begin(), shares.end(), taps.shares.begin(),
+                   [sum](double share) { return static_cast<float>(share / sum); });
+  }
+  return side;
+}
+
+void addRow(std::vector<float>& sums, const uchar* row, float share) {
+  float* sum = sums.data();
+  const std::size_t count = sums.size();
+  for (std::size_t i = 0; i < count; ++i) sum[i] += share * static_cast<float>(row[i]);
+}
+
+uchar toByte(float value) { return static_cast<uchar>(std::clamp(value + 0.5F, 0.0F, 255.0F)); }
+
+/// Rows are summed up first: that runs along the memory, whatever the width of the filter.
+template <std::size_t channels>
+void fill(QImage& result, const QImage& picture, const std::vector<Taps>& columns, const std::vector<Taps>& rows,
+          const std::array<float, channels>& around) {
+  std::vector<float> sums(static_cast<std::size_t>(picture.width()) * channels);
+  for (int y = 0; y < result.height(); ++y) {
+    const Taps& row = rows[static_cast<std::size_t>(y)];
+    for (std::size_t i = 0; i < sums.size(); ++i) sums[i] = row.around * around[i % channels];
+    int source = row.first;
+    for (const float share : row.shares) addRow(sums, picture.constScanLine(source++), share);
+
+    uchar* out = result.scanLine(y);
+    for (const Taps& column : columns) {
+      std::array<float, channels> value{};
+      for (std::size_t c = 0; c < channels; ++c) value[c] = column.around * around[c];
+      const float* in = sums.data() + static_cast<std::size_t>(column.first) * channels;
+      for (const float share : column.shares) {
+        for (std::size_t c = 0; c < channels; ++c) value[c] += share * *in++;
+      }
+      for (const float v : value) *out++ = toByte(v);
+    }
+  }
+}
+
+}  // namespace
+
+QImage resample(const QImage& picture, const Canvas& canvas, QSize target) {
+  QImage result(target, picture.format());
+  if (result.isNull()) return result;
+  const auto columns = tapsOfSide(picture.width(), canvas.at.x(), canvas.size.width(), target.width());
+  const auto rows = tapsOfSide(picture.height(), canvas.at.y(), canvas.size.height(), target.height());
+  const auto blue = static_cast<float>(qBlue(canvas.around));
+  if (picture.format() == QImage::Format_Grayscale8) {
+    fill<1>(result, picture, columns, rows, {blue});
+  } else {
+    // The bytes of a QRgb in memory, from the lowest.
+    static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN);
+    constexpr float opaque = 255;
+    fill<4>(result, picture, columns, rows,
+            {blue, static_cast<float>(qGreen(canvas.around)), static_cast<float>(qRed(canvas.around)), opaque});
+  }
+  result.setColorSpace(picture.colorSpace());
+  return result;
+}
+
+}  // namespace kartix::adapters::qt
