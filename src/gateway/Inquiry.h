@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "gateway/Setters.h"
+
 namespace kartix::platform {
 class AutomationObject;
 class XmlDocument;
@@ -16,6 +18,9 @@ class KBAInterface;
 class Login;
 class Runtime;
 class Session;
+
+/// Class of the host's automation object that inquires in the register.
+inline constexpr std::string_view inquiryClass = "TSW.Schnittstellen.KBA.ZKR.ARGO2006Anfrage";
 
 /// What the register is asked for. The first of `kgknr` and `fsnfk` that is not empty is asked for alone.
 struct InquiryCriteria {
@@ -75,6 +80,9 @@ class ZKRAnfrage {
 /// Makes `document` the inquiry for `criteria`. False when it could not be built.
 bool BuildZKRAnfrage(Runtime& runtime, KBAInterface& kba, platform::XmlDocument& document,
                      const InquiryCriteria& criteria);
+
+/// The members of an inquiry object that take the criteria.
+Setters<InquiryCriteria> inquirySetters();
 
 /// The hits of a list answer, in its order.
 HitLines FillTrefferliste(Runtime& runtime, const platform::XmlDocument& answer);

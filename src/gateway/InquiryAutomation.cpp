@@ -1,3 +1,5 @@
+#include <array>
+
 #include "common/Values.h"
 #include "gateway/Inquiry.h"
 #include "gateway/Takeover.h"
@@ -7,17 +9,29 @@
 namespace kartix {
 namespace {
 
-constexpr std::string_view inquiryClass = "TSW.Schnittstellen.KBA.ZKR.ARGO2006Anfrage";
-
 void set(platform::AutomationObject& object, std::string_view member, const std::string& value) {
   object.call(member, {value});
 }
+
+constexpr std::array<Setter<InquiryCriteria>, 9> criteriaSetters = {{
+    {"SetKartennummer", &InquiryCriteria::kgknr},
+    {"SetFuehrerscheinnummer", &InquiryCriteria::fsnfk},
+    {"SetFamilienname", &InquiryCriteria::name},
+    {"SetNamensbestandteileFamilienname", &InquiryCriteria::fnamb},
+    {"SetGeburtsname", &InquiryCriteria::gname},
+    {"SetNamensbestandteileGeburtsname", &InquiryCriteria::gnamb},
+    {"SetGeburtsdatum", &InquiryCriteria::dgebu},
+    {"SetGeburtsort", &InquiryCriteria::gort},
+    {"SetVornamen", &InquiryCriteria::vname},
+}};
 
 void nothingFound(Runtime& runtime) {
   runtime.reporting.InfoMsg("Im ZKR wurden kein Datensatz gefunden.", hintCaption);
 }
 
 }  // namespace
+
+Setters<InquiryCriteria> inquirySetters() { return criteriaSetters; }
 
 bool ZKRAnfrage::ZKRAnfrageCOM(const InquiryCriteria& criteria) {
   try {
@@ -37,19 +51,10 @@ bool ZKRAnfrage::inquire(const InquiryCriteria& criteria) {
   const Konfiguration& settings = runtime_.konfiguration;
   window_.setProgress(40, "Anfrage wird gesendet...", true);
   const auto object = runtime_.machine.objects.createObject(inquiryClass);
-  set(*object, "SetDbeUser", settings.SysUser);
-  set(*object, "SetDbePass", settings.SysPass);
+  setAccount(*object, settings);
   set(*object, "SetLfdNr", "");
   set(*object, "SetAnfragendeStelle", settings.KENZA);
-  set(*object, "SetKartennummer", criteria.kgknr);
-  set(*object, "SetFuehrerscheinnummer", criteria.fsnfk);
-  set(*object, "SetFamilienname", criteria.name);
-  set(*object, "SetNamensbestandteileFamilienname", criteria.fnamb);
-  set(*object, "SetGeburtsname", criteria.gname);
-  set(*object, "SetNamensbestandteileGeburtsname", criteria.gnamb);
-  set(*object, "SetGeburtsdatum", criteria.dgebu);
-  set(*object, "SetGeburtsort", criteria.gort);
-  set(*object, "SetVornamen", criteria.vname);
+  callSetters(*object, criteria, inquirySetters());
   window_.setProgress(45, "", true);
   const std::int32_t hits = toNumber(object->call("DoAnfrage", {}));
   window_.setProgress(55, "Antwort wird verarbeitet...", true);
@@ -69,8 +74,7 @@ bool ZKRAnfrage::inquire(const InquiryCriteria& criteria) {
 bool ZKRAnfrage::singleRecordCOM(const std::string& kartennummer) {
   const Konfiguration& settings = runtime_.konfiguration;
   const auto object = runtime_.machine.objects.createObject(inquiryClass);
-  set(*object, "SetDbeUser", settings.SysUser);
-  set(*object, "SetDbePass", settings.SysPass);
+  setAccount(*object, settings);
   set(*object, "SetAnfragendeStelle", settings.KENZA);
   set(*object, "SetLfdNr", "");
   set(*object, "SetKartennummer", kartennummer);

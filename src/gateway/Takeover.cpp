@@ -9,6 +9,7 @@
 #include "common/Text.h"
 #include "common/Values.h"
 #include "gateway/KBAInterface.h"
+#include "gateway/RegisterRecord.h"
 #include "hostdb/Session.h"
 #include "platform/ObjectClasses.h"
 #include "platform/XmlLibrary.h"
@@ -16,15 +17,7 @@
 namespace kartix {
 namespace {
 
-/// Where the value of an element of `bestandsdaten` comes from at an inquiry object.
-struct Source {
-  std::string_view element;
-  std::string_view getter;
-  bool ofHit = false;  ///< the getter takes the number of the hit
-};
-
-/// In the order in which the getters are called.
-constexpr std::array<Source, 25> sources = {{
+constexpr std::array<RecordValue, 25> values = {{
     {"kgknr", "GetKartennummer", true},
     {"daukk", "GetDatumAusstellung", true},
     {"stmit", "GetMitteilendeStelle"},
@@ -139,9 +132,11 @@ void fill(CFahrerkarte& card, Record& record) {
 
 }  // namespace
 
+std::span<const RecordValue> recordValues() { return values; }
+
 void TakeOverBestandsdaten(Session& session, const platform::XmlDocument& answer) {
   Record record;
-  for (const Source& source : sources) {
+  for (const RecordValue& source : values) {
     record[source.element] = firstText(answer, "//bestandsdaten//" + std::string(source.element));
   }
   fill(session.ResultCard, record);
@@ -149,7 +144,7 @@ void TakeOverBestandsdaten(Session& session, const platform::XmlDocument& answer
 
 void TakeOverBestandsdatenCOM(Session& session, platform::AutomationObject& object) {
   Record record;
-  for (const Source& source : sources) {
+  for (const RecordValue& source : values) {
     try {
       record[source.element] =
           toText(object.call(source.getter, source.ofHit ? std::vector<platform::Value>{std::int64_t{1}}

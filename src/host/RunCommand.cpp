@@ -19,6 +19,8 @@
 #include "host/Command.h"
 #include "host/LocalTimeText.h"
 #include "host/RegistryFile.h"
+#include "host/objects/GatewayObjects.h"
+#include "kartix/Kartix.h"
 
 namespace kartix::host {
 namespace {
@@ -55,13 +57,6 @@ std::optional<platform::LocalTime> startTime(const std::string& now) {
   return time;
 }
 
-/// The host application's automation objects: stand-ins that answer from a file, or nothing for those that the
-/// component has by itself.
-std::unique_ptr<platform::ObjectClasses> hostObjects(const Options& options) {
-  if (options.objects.empty()) return nullptr;
-  return adapters::loadScriptedObjects(options.objects);
-}
-
 /// The clerk and the host around the component for one run: windows or a script, sounds, and the host's objects, each
 /// with its transcript.
 class Surroundings {
@@ -69,7 +64,7 @@ class Surroundings {
   explicit Surroundings(const Options& options)
       : recorded_(!options.transcript.empty()),
         script_(options.script.empty() ? std::nullopt : std::optional(adapters::Script::load(options.script))),
-        objects_(hostObjects(options)),
+        scriptedObjects_(options.objects.empty() ? nullptr : adapters::loadScriptedObjects(options.objects)),
         file_(openTranscript(options.transcript)),
         transcript_(file_) {
     if (script_) {
@@ -81,7 +76,8 @@ class Surroundings {
       player_ = adapters::makeCanberraSounds();
       sounds_ = adapters::makeTranscriptSounds(transcript_, player_.get());
     }
-    if (objects_ && recorded_) recordedObjects_ = adapters::makeRecordingObjects(*objects_, transcript_);
+    platform::ObjectClasses& objects = scriptedObjects_ ? *scriptedObjects_ : gatewayObjects_;
+    recordedObjects_ = adapters::makeRecordingObjects(objects, transcript_);
   }
 
   Setup setup(const Options& options) {
@@ -90,9 +86,12 @@ class Surroundings {
     setup.now = startTime(options.now);
     setup.userInterface = front_.get();
     setup.sounds = sounds_.get();
-    setup.objects = recordedObjects_ ? recordedObjects_.get() : objects_.get();
+    setup.objects = recordedObjects_.get();
     return setup;
   }
+
+  /// Lets the command's own objects work with the component, once there is one.
+  void connect(Component& component) { gatewayObjects_.connect(component.workplace()); }
 
   /// Once the component is gone: the exit status, with what went wrong on standard error.
   int finish(const Options& options) {
@@ -107,7 +106,8 @@ class Surroundings {
  private:
   bool recorded_;
   std::optional<adapters::Script> script_;
-  std::unique_ptr<platform::ObjectClasses> objects_;
+  std::unique_ptr<platform::ObjectClasses> scriptedObjects_;
+  GatewayObjects gatewayObjects_;
   std::ofstream file_;
   adapters::Transcript transcript_;
   std::unique_ptr<platform::UserInterface> windows_;
@@ -143,6 +143,7 @@ int perform(const Options& options) {
   Json outcome;
   {
     Component component(surroundings.setup(options));
+    surroundings.connect(component);
     outcome = operate(component, options);
   }
   std::cout << outcome.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;

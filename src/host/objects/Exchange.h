@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/XmlLibrary.h"
+
+namespace kartix {
+struct Workplace;
+}
+
+namespace kartix::host {
+
+/// An answer of the gateway, or in words why there is none.
+struct Exchanged {
+  std::unique_ptr<platform::XmlDocument> answer;
+  std::string failure;
+};
+
+/// A request and how to tell that its answer asks for a login.
+struct Request {
+  std::string_view path;
+  std::function<bool(platform::XmlDocument&)> build;
+  std::function<bool(const platform::XmlDocument&)> asksForLogin;
+};
+
+/// Sends `request`; logs in and sends it once more when the answer asks for that.
+Exchanged exchange(Workplace& place, const Request& request);
+
+}  // namespace kartix::host

@@ -1,0 +1,137 @@
+#include "common/Numbers.h"
+#include "common/Values.h"
+#include "dialogs/Workplace.h"
+#include "gateway/Inquiry.h"
+#include "gateway/KBAInterface.h"
+#include "gateway/Login.h"
+#include "gateway/RegisterRecord.h"
+#include "host/objects/Exchange.h"
+#include "host/objects/GatewayObjects.h"
+#include "host/objects/Members.h"
+#include "runtime/Runtime.h"
+
+namespace kartix::host {
+namespace {
+
+using platform::Value;
+using platform::XmlDocument;
+using platform::XmlNode;
+
+constexpr std::int32_t refused = -1;
+
+bool asksForLogin(const XmlDocument& answer) {
+  const std::string root = rootName(answer);
+  return (root == "zkr-hinweis" || root == "zkr-anfrage") &&
+         leadingInt32(firstText(answer, "//retc")) == login_result::notLoggedIn;
+}
+
+class InquiryObject final : public platform::AutomationObject {
+ public:
+  explicit InquiryObject(Workplace& place) : place_(place) {}
+
+  Value call(std::string_view member, const std::vector<Value>& arguments) override {
+    // The gateway is told of the office that the settings name, and of no running number.
+    if (isAccount(member) || member == "SetLfdNr" || member == "SetAnfragendeStelle") return {};
+    if (std::string* const field = fieldOf(criteria_, member, inquirySetters())) {
+      *field = soleText(member, arguments);
+      return {};
+    }
+    if (member == "DoAnfrage") return std::int64_t{DoAnfrage()};
+    if (member == "GetErrorMsg") return error_;
+    if (member == "GetAnzahlTreffer") return static_cast<std::int64_t>(hits_.size());
+    if (member == "selectNodes") return ofCurrentHit(arguments);
+    for (const RecordValue& value : recordValues()) {
+      if (value.getter == member) return valueOfHit(value.element, arguments);
+    }
+    unknownMember(member);
+  }
+
+ private:
+  std::int32_t DoAnfrage() {
+    hits_.clear();
+    error_.clear();
+    std::int32_t outcome = inquire(criteria_);
+    if (outcome != 1 || rootName(*answer_) == "zkr-auskunft") return outcome;
+    // A list of one line tells less than the record itself.
+    InquiryCriteria single;
+    single.kgknr = toText(valueOfHit("kgknr", {}));
+    return inquire(single);
+  }
+
+  std::int32_t inquire(const InquiryCriteria& criteria) {
+    const Request request = {
+        place_.runtime.konfiguration.AnfrageURI,
+        [&](XmlDocument& document) { return BuildZKRAnfrage(place_.runtime, place_.kba, document, criteria); },
+        asksForLogin};
+    Exchanged exchanged = exchange(place_, request);
+    if (!exchanged.answer) return refuse(exchanged.failure);
+    answer_ = std::move(exchanged.answer);
+    const std::string root = rootName(*answer_);
+    if (root == "zkr-auskunft") return take("//bestandsdaten");
+    if (root == "zkr-trefferliste") return take("//liste/listelem");
+    if (root == "zkr-anfrage") return readEcho();
+    if (root == "zkr-hinweis") return refuseAsRegister();
+    return refuse(root.empty() ? "Das ZKR hat keine oder fehlerhafte Daten geliefert."
+                               : "ZEVIS hat einen unbekannten Datensatz geliefert (" + root + ")");
+  }
+
+  std::int32_t take(std::string_view xpath) {
+    hits_ = answer_->selectNodes(xpath);
+    current_ = 0;
+    return static_cast<std::int32_t>(hits_.size());
+  }
+
+  /// The request came back with a number of hits instead of the hits.
+  std::int32_t readEcho() {
+    constexpr double firstCount = 200;
+    constexpr double lastCount = 299;
+    const double code = leadingNumber(firstText(*answer_, "//retc"));
+    if (code != 0 && (code < firstCount || code > lastCount)) return refuseAsRegister();
+    const std::int32_t count = leadingInt32(firstText(*answer_, "//anzt"));
+    if (count == 0) return 0;
+    return refuse("Die Trefferzahl (" + std::to_string(count) + ") ist für die Anfragekriterien zu hoch.");
+  }
+
+  std::int32_t refuseAsRegister() {
+    return refuse(firstText(*answer_, "//retc") + ": " + firstText(*answer_, "//rett"));
+  }
+
+  std::int32_t refuse(std::string reason) {
+    error_ = std::move(reason);
+    return refused;
+  }
+
+  Value valueOfHit(std::string_view element, const std::vector<Value>& arguments) {
+    const std::int32_t hit = arguments.empty() ? 1 : toNumber(arguments.front());
+    if (hit < 1 || static_cast<std::size_t>(hit) > hits_.size()) {
+      throw platform::AutomationError("Ungültige Treffernummer: " + std::to_string(hit));
+    }
+    current_ = static_cast<std::size_t>(hit) - 1;
+    return text(element);
+  }
+
+  /// Tells of the hit that was asked for last.
+  Value ofCurrentHit(const std::vector<Value>& arguments) {
+    return arguments.empty() || current_ >= hits_.size() ? std::string() : text(toText(arguments.front()));
+  }
+
+  std::string text(std::string_view element) const {
+    const auto found = answer_->selectNodes(".//" + std::string(element), hits_[current_]);
+    return found.empty() ? std::string() : answer_->nodeText(found.front());
+  }
+
+  Workplace& place_;
+  InquiryCriteria criteria_;
+  std::unique_ptr<XmlDocument> answer_;
+  std::vector<XmlNode> hits_;
+  std::size_t current_ = 0;
+  std::string error_;
+};
+
+}  // namespace
+
+std::unique_ptr<platform::AutomationObject> makeInquiryObject(Workplace& place) {
+  return std::make_unique<InquiryObject>(place);
+}
+
+}  // namespace kartix::host

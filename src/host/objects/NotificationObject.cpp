@@ -1,0 +1,67 @@
+#include "dialogs/Workplace.h"
+#include "gateway/Answers.h"
+#include "gateway/KBAInterface.h"
+#include "gateway/Login.h"
+#include "gateway/Notification.h"
+#include "host/objects/Exchange.h"
+#include "host/objects/GatewayObjects.h"
+#include "host/objects/Members.h"
+#include "hostdb/Session.h"
+#include "runtime/Runtime.h"
+
+namespace kartix::host {
+namespace {
+
+using platform::Value;
+using platform::XmlDocument;
+
+bool asksForLogin(const XmlDocument& answer) {
+  return readNotificationReply(answer).code == login_result::notLoggedIn;
+}
+
+class NotificationObject final : public platform::AutomationObject {
+ public:
+  explicit NotificationObject(Workplace& place) : place_(place) {}
+
+  Value call(std::string_view member, const std::vector<Value>& arguments) override {
+    if (isAccount(member)) return {};
+    if (std::string* const field = fieldOf(message_, member, notificationSetters())) {
+      *field = soleText(member, arguments);
+      return {};
+    }
+    if (member == "DoMitteilung") return std::int64_t{DoMitteilung()};
+    if (member == "GetErrorMsg") return error_;
+    unknownMember(member);
+  }
+
+ private:
+  std::int32_t DoMitteilung() {
+    // The host knows when it recorded the change; this one finds it in the record of the running operation.
+    message_.changedate = place_.session.OperationCard.changedate;
+    const Request request = {place_.runtime.konfiguration.MitteilungsURI,
+                             [this](XmlDocument& document) {
+                               return BuildNotificationDocument(place_.runtime, place_.kba, document, message_);
+                             },
+                             asksForLogin};
+    const Exchanged exchanged = exchange(place_, request);
+    if (!exchanged.answer) {
+      error_ = exchanged.failure;
+      return -1;
+    }
+    const KbaAnswer answer = readNotificationReply(*exchanged.answer);
+    error_ = refusalText(answer);
+    return answer.understood ? answer.code : -1;
+  }
+
+  Workplace& place_;
+  NotificationMessage message_;
+  std::string error_;
+};
+
+}  // namespace
+
+std::unique_ptr<platform::AutomationObject> makeNotificationObject(Workplace& place) {
+  return std::make_unique<NotificationObject>(place);
+}
+
+}  // namespace kartix::host

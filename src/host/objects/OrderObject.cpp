@@ -1,0 +1,88 @@
+#include "common/Values.h"
+#include "dialogs/Workplace.h"
+#include "gateway/Answers.h"
+#include "gateway/Cancellation.h"
+#include "gateway/KBAInterface.h"
+#include "gateway/Login.h"
+#include "gateway/Order.h"
+#include "host/objects/Exchange.h"
+#include "host/objects/GatewayObjects.h"
+#include "host/objects/Members.h"
+#include "runtime/Runtime.h"
+
+namespace kartix::host {
+namespace {
+
+using platform::Value;
+using platform::XmlDocument;
+
+bool asksForLogin(const XmlDocument& answer) {
+  return readInformation(answer, CardNumber::none).code == login_result::noSuchSession;
+}
+
+class OrderObject final : public platform::AutomationObject {
+ public:
+  explicit OrderObject(Workplace& place) : place_(place) {}
+
+  Value call(std::string_view member, const std::vector<Value>& arguments) override {
+    if (isAccount(member) || set(member, arguments)) return {};
+    if (member == "DoBestellungFahrerkarte") return std::int64_t{order()};
+    if (member == "DoStorno") return std::int64_t{cancel()};
+    if (member == "GetCardNumber") return cardNumber_;
+    if (member == "GetErrorMsg") return error_;
+    unknownMember(member);
+  }
+
+ private:
+  /// Order and cancellation share some of their members.
+  bool set(std::string_view member, const std::vector<Value>& arguments) {
+    std::string* const ofOrder = fieldOf(order_, member, orderSetters());
+    std::string* const ofCancellation = fieldOf(cancellation_, member, cancellationSetters());
+    if (ofOrder) *ofOrder = soleText(member, arguments);
+    if (ofCancellation) *ofCancellation = soleText(member, arguments);
+    return ofOrder || ofCancellation;
+  }
+
+  std::int32_t order() {
+    return send(
+        [this](XmlDocument& document) { return BuildOrderDocument(place_.runtime, place_.kba, document, order_); },
+        CardNumber::expected);
+  }
+
+  std::int32_t cancel() {
+    return send(
+        [this](XmlDocument& document) {
+          return BuildCancellationDocument(place_.runtime, place_.kba, document, cancellation_);
+        },
+        CardNumber::none);
+  }
+
+  /// 0 when the personaliser accepted, else its code or -1, with the reason in `error_`.
+  std::int32_t send(const std::function<bool(XmlDocument&)>& build, CardNumber number) {
+    cardNumber_.clear();
+    const Exchanged exchanged = exchange(place_, {place_.runtime.konfiguration.BestellURI, build, asksForLogin});
+    if (!exchanged.answer) {
+      error_ = exchanged.failure;
+      return -1;
+    }
+    const KbaAnswer answer = readInformation(*exchanged.answer, number);
+    error_ = refusalText(answer);
+    if (!answer.understood) return -1;
+    cardNumber_ = answer.cardNumber;
+    return answer.code;
+  }
+
+  Workplace& place_;
+  OrderMessage order_;
+  CancellationMessage cancellation_;
+  std::string cardNumber_;
+  std::string error_;
+};
+
+}  // namespace
+
+std::unique_ptr<platform::AutomationObject> makeOrderObject(Workplace& place) {
+  return std::make_unique<OrderObject>(place);
+}
+
+}  // namespace kartix::host
