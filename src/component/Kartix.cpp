@@ -4,6 +4,7 @@
 
 #include "common/Numbers.h"
 #include "component/Component.h"
+#include "dialogs/Operations.h"
 #include "dialogs/StartForm.h"
 #include "dialogs/Workplace.h"
 #include "gateway/KBAInterface.h"
@@ -15,6 +16,7 @@
 namespace kartix {
 namespace {
 
+constexpr std::int32_t carriedOut = 1;
 constexpr std::int32_t notCarriedOut = -1;
 
 /// Oldest version of the HTTP client library that will do: 2.5.2.
@@ -41,6 +43,8 @@ std::int32_t operate(Component& component, bool initialised, std::string_view na
   if (!initialised || !place.session.ready()) return notCarriedOut;
   return guarded(place.runtime, notCarriedOut, [&]() -> std::int32_t { return operation(place); });
 }
+
+std::int32_t outcome(std::int16_t result) { return result == carriedOut ? carriedOut : notCarriedOut; }
 
 }  // namespace
 
@@ -109,17 +113,29 @@ std::int32_t Kartix::ZKRAnfrage(const std::string& lfdnr) {
   });
 }
 
-std::int32_t Kartix::FahrerKartenBestellung(const std::string&) {
-  return operate(component_, Initialised_, "Function FahrerKartenBestellung",
-                 [](Workplace&) { return notCarriedOut; });
+std::int32_t Kartix::FahrerKartenBestellung(const std::string& lfdnr) {
+  return operate(component_, Initialised_, "Function FahrerKartenBestellung", [&](Workplace& place) {
+    if (!place.runtime.konfiguration.GetImageDir(place.session.CurrentPerson.personennummer)) {
+      place.runtime.reporting.ReportError(2000);
+      return notCarriedOut;
+    }
+    place.session.CurrentLfdnr = lfdnr;
+    return outcome(runOrder(place));
+  });
 }
 
-std::int32_t Kartix::KartenMitteilung(const std::string&) {
-  return operate(component_, Initialised_, "Function KartenMitteilung", [](Workplace&) { return notCarriedOut; });
+std::int32_t Kartix::KartenMitteilung(const std::string& lfdnr) {
+  return operate(component_, Initialised_, "Function KartenMitteilung", [&](Workplace& place) {
+    place.session.CurrentLfdnr = lfdnr;
+    return outcome(runNotification(place));
+  });
 }
 
-std::int32_t Kartix::KartenStorno(const std::string&) {
-  return operate(component_, Initialised_, "Function KartenStorno", [](Workplace&) { return notCarriedOut; });
+std::int32_t Kartix::KartenStorno(const std::string& lfdnr) {
+  return operate(component_, Initialised_, "Function KartenStorno", [&](Workplace& place) {
+    place.session.CurrentLfdnr = lfdnr;
+    return outcome(runCancellation(place));
+  });
 }
 
 }  // namespace kartix
