@@ -1,0 +1,95 @@
+#include "simulator/Books.h"
+
+#include <cstddef>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "adapters/settings/AtomicFile.h"
+#include "simulator/SampleBooks.h"
+
+namespace kartix::simulator {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::size_t stateLimit = std::size_t{64} << 20U;
+constexpr int formatVersion = 1;
+
+Json toJson(const Books& books) {
+  Json orders = Json::array();
+  for (const Order& order : books.orders) {
+    orders.push_back({{"externalAdministrationMark", order.externalAdministrationMark},
+                      {"cardNumber", order.cardNumber},
+                      {"date", order.date},
+                      {"cancelled", order.cancelled}});
+  }
+  Json accounts = Json::object();
+  for (const auto& [user, account] : books.accounts) {
+    accounts[user] = {{"password", account.password}, {"code", account.code}};
+  }
+  Json cards = Json::array();
+  for (const auto& [number, record] : books.cards) cards.push_back(record);
+  return {{"version", formatVersion},
+          {"orders", std::move(orders)},
+          {"accounts", std::move(accounts)},
+          {"nextSerial", books.nextSerial},
+          {"cards", std::move(cards)}};
+}
+
+/// Throws the library's exceptions for a document of another shape.
+Books fromJson(const Json& json) {
+  if (json.at("version").get<int>() != formatVersion) throw StateFailure("made by another version");
+  Books books;
+  for (const Json& order : json.at("orders")) {
+    books.orders.push_back({order.at("externalAdministrationMark"), order.at("cardNumber"), order.at("date"),
+                            order.at("cancelled").get<bool>()});
+  }
+  for (const auto& [user, account] : json.at("accounts").items()) {
+    books.accounts[user] = {account.at("password"), account.at("code").get<int>()};
+  }
+  for (const Json& card : json.at("cards")) {
+    auto record = card.get<CardRecord>();
+    const std::string number = record.at("kgknr");
+    books.cards[number] = std::move(record);
+  }
+  books.nextSerial = json.at("nextSerial").get<unsigned>();
+  return books;
+}
+
+Books load(const std::filesystem::path& file) {
+  const auto fail = [&](const std::string& reason) {
+    return StateFailure("the state file cannot be used: " + file.string() + ": " + reason);
+  };
+  const adapters::FileContent content = adapters::readFile(file, stateLimit);
+  if (content.state == adapters::FileContent::State::missing) return sampleBooks();
+  if (content.state != adapters::FileContent::State::read) throw fail("it cannot be read");
+  try {
+    return fromJson(Json::parse(content.bytes));
+  } catch (const std::exception& error) {
+    throw fail(error.what());
+  }
+}
+
+}  // namespace
+
+std::string valueOf(const CardRecord& record, std::string_view element) {
+  const auto found = record.find(element);
+  return found == record.end() ? std::string() : found->second;
+}
+
+Ledger::Ledger(std::filesystem::path file) : file_(std::move(file)) {
+  if (file_.empty()) {
+    books_ = sampleBooks();
+    return;
+  }
+  // Written at once: a file that cannot be kept is better known before the first order.
+  if (!commit(load(file_))) throw StateFailure("the state file cannot be written: " + file_.string());
+}
+
+bool Ledger::commit(Books next) {
+  if (!file_.empty() && !adapters::replaceFile(file_, toJson(next).dump(1) + "\n")) return false;
+  books_ = std::move(next);
+  return true;
+}
+
+}  // namespace kartix::simulator
