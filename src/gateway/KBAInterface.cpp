@@ -65,9 +65,13 @@ std::string KBAInterface::doctypeLine(std::string_view rootName, std::string_vie
   return line.append(rootName).append(" SYSTEM \"http://").append(host).append(dtdPath).append("\">");
 }
 
-std::string KBAInterface::SetIsoDeclaration(std::string xmlText) {
-  if (xmlText.starts_with(plainDeclaration)) xmlText.replace(0, plainDeclaration.size(), isoDeclaration);
-  return xmlText;
+std::string KBAInterface::SetIsoDeclaration(std::string_view xmlText) {
+  if (!xmlText.starts_with(plainDeclaration)) return std::string(xmlText);
+  const std::string_view rest = xmlText.substr(plainDeclaration.size());
+  std::string text;
+  text.reserve(isoDeclaration.size() + rest.size());
+  text.append(isoDeclaration).append(rest);
+  return text;
 }
 
 std::string firstText(const platform::XmlDocument& document, std::string_view xpath) {

@@ -40,7 +40,7 @@ class KBAInterface {
   std::string doctypeLine(std::string_view rootName, std::string_view dtdPath, std::string_view address) const;
 
   /// The form in which a document's text goes out: a declaration without encoding names ISO-8859-1.
-  static std::string SetIsoDeclaration(std::string xmlText);
+  static std::string SetIsoDeclaration(std::string_view xmlText);
 
   /// Sends `request` to `path` and loads the answer into `response`, which stays empty when the answer is not well
   /// formed. Returns the HTTP status, a negative error of the client library, or 0 when no request could be made.

@@ -62,6 +62,12 @@ void keepCookies(const platform::HttpRequest& http, SessionCookies& cookies) {
   }
 }
 
+/// Step by step, since a message may hold large images: at no time are there more than two texts beside the document.
+std::string bytesOnTheWire(const platform::XmlDocument& request) {
+  const std::string text = KBAInterface::SetIsoDeclaration(request.xml());
+  return codepage::toIsoXml(text);
+}
+
 std::string cut(std::string_view text, std::size_t size) {
   return text::trim(text::left(text::untilNul(text), size));
 }
@@ -80,8 +86,7 @@ std::int32_t KBAInterface::PostXml(std::string_view path, const platform::XmlDoc
   if (http->TESSELHTTPsetMethod("POST") != methodSet) return 0;
   http->TESSELHTTPsetContentType("text/xml");
   if (http->TESSELHTTPsetPath(path) != 0) return 0;
-  // A message may hold large images: its text is gone again before it is sent.
-  if (http->TESSELHTTPsetBody(codepage::toIsoXml(SetIsoDeclaration(request.xml()))) != 0) return 0;
+  if (http->TESSELHTTPsetBody(bytesOnTheWire(request)) != 0) return 0;
   addCookies(*http, cookies_);
   addTls(*http, settings);
 
