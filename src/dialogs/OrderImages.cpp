@@ -59,7 +59,8 @@ PreparedImage prepare(const platform::Platform& machine, const std::string& imag
     image->setResolution(dotsPerInch, dotsPerInch);
     prepared.error = how.unwritable;
     prepared.file = targetFile(machine, imageDir, how);
-    if (image->save(prepared.file)) prepared.error = 0;
+    // Something else under the name that is sent would leave the order without its image.
+    if (image->save(prepared.file) && machine.files.findFile(imageDir + how.sentTarget)) prepared.error = 0;
   } catch (const std::exception&) {
     // The number of the step that failed says it.
   }
