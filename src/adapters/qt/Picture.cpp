@@ -4,10 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
-#include <QtEndian>
-#include <algorithm>
-#include <string_view>
 
+#include "adapters/qt/Completeness.h"
 #include "adapters/qt/Silence.h"
 
 namespace kartix::adapters::qt {
@@ -22,34 +20,6 @@ std::optional<QByteArray> readFile(const QString& name) {
   QByteArray bytes = file.read(largestFile);
   if (bytes.isEmpty() || file.error() != QFile::NoError) return std::nullopt;
   return bytes;
-}
-
-/// Whether a JPEG has its end marker: a decoder fills up with grey what is missing. Whatever follows the end is of no
-/// interest. The pictures within segments, small previews, are passed over with the segments.
-bool jpegIsComplete(std::string_view bytes) {
-  constexpr char mark = '\xFF';
-  constexpr unsigned char restart0 = 0xD0;
-  constexpr unsigned char start = 0xD8;
-  constexpr unsigned char end = 0xD9;
-  std::size_t at = 0;
-  while ((at = bytes.find(mark, at)) != std::string_view::npos) {
-    at = bytes.find_first_not_of(mark, at);
-    if (at == std::string_view::npos) return false;
-    const auto code = static_cast<unsigned char>(bytes[at++]);
-    if (code == end) return true;
-    const bool alone = code <= 1 || (code >= restart0 && code <= start);
-    if (alone) continue;
-    if (bytes.size() - at < 2) return false;
-    at += qFromBigEndian<quint16>(bytes.data() + at);
-  }
-  return false;
-}
-
-/// Whether a BMP is as long as its header says: what is missing would be black.
-bool bmpIsComplete(const QByteArray& bytes) {
-  constexpr qsizetype lengthAt = 2;
-  return bytes.size() >= lengthAt + 4 &&
-         qFromLittleEndian<quint32>(bytes.constData() + lengthAt) <= static_cast<quint32>(bytes.size());
 }
 
 /// Reads a picture whose size has been found workable. Qt's own limit for one picture is lower, and counts for the
@@ -106,12 +76,12 @@ std::optional<Picture> Picture::read(const QString& file) {
   const QSize size = reader.size();
   if (size.isEmpty()) return std::nullopt;
   Picture picture(size, reader.transformation());
+  if (format != "jpeg" && format != "png" && format != "bmp" && format != "tiff") return std::nullopt;
+  if (!isComplete(format, *bytes)) return std::nullopt;
   if (format == "jpeg") {
-    if (!jpegIsComplete({bytes->constData(), static_cast<std::size_t>(bytes->size())})) return std::nullopt;
     picture.jpeg_ = *bytes;
     return picture;
   }
-  if (format != "png" && format != "tiff" && (format != "bmp" || !bmpIsComplete(*bytes))) return std::nullopt;
   if (!workable(size)) return picture;
   picture.pixels_ = plain(decode(reader, size, silence));
   if (picture.pixels_.size() != size) return std::nullopt;
