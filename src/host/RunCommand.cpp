@@ -18,6 +18,7 @@
 #include "component/Dispatch.h"
 #include "host/Command.h"
 #include "host/LocalTimeText.h"
+#include "host/Operation.h"
 #include "host/RegistryFile.h"
 #include "host/objects/GatewayObjects.h"
 #include "kartix/Kartix.h"
@@ -117,20 +118,12 @@ class Surroundings {
   std::unique_ptr<platform::ObjectClasses> recordedObjects_;
 };
 
-std::int32_t callOperation(Kartix& kartix, const Options& options) {
-  const std::string lfdnr = options.lfdnr.value_or("");
-  if (options.operation == "ZKRAnfrage") return kartix.ZKRAnfrage(lfdnr);
-  if (options.operation == "FahrerKartenBestellung") return kartix.FahrerKartenBestellung(lfdnr);
-  if (options.operation == "KartenMitteilung") return kartix.KartenMitteilung(lfdnr);
-  if (options.operation == "KartenStorno") return kartix.KartenStorno(lfdnr);
-  return notCarriedOut;
-}
-
 /// Runs the operation; gives what standard output is to receive.
 Json operate(Component& component, const Options& options) {
   Kartix kartix(component);
   const bool ready = kartix.init(options.clerk, options.person);
-  const std::int32_t result = ready ? callOperation(kartix, options) : notCarriedOut;
+  const std::int32_t result =
+      ready ? callOperation(kartix, options.operation, options.lfdnr.value_or("")) : notCarriedOut;
   Json properties = Json::object();
   for (const auto& [name, value] : resultProperties(kartix)) properties[name] = value;
   return {{"init", ready}, {"operation", options.operation}, {"result", result}, {"properties", properties}};

@@ -6,14 +6,12 @@
 #include "adapters/script/Script.h"
 #include "host/Command.h"
 #include "host/DatabaseCommand.h"
+#include "host/DemoCommand.h"
 #include "host/DoctorCommand.h"
 #include "host/RunCommand.h"
 #include "host/SettingsCommand.h"
 #if __has_include("host/GatewayCommand.h")
 #include "host/GatewayCommand.h"
-#endif
-#if __has_include("host/DemoCommand.h")
-#include "host/DemoCommand.h"
 #endif
 
 namespace {
@@ -40,9 +38,7 @@ int runCommand(int argc, char** argv) {
   app.set_version_flag("--version", "kartix " KARTIX_VERSION);
   requireSubcommand(app);
   app.footer(examples);
-#if __has_include("host/DemoCommand.h")
   addDemoCommand(app, exit);
-#endif
   addRunCommand(app, exit);
 #if __has_include("host/GatewayCommand.h")
   addGatewayCommand(app, exit);
