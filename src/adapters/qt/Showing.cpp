@@ -26,8 +26,7 @@ void Showing::run() {
   form_.markShown();
   window_.centre();
   window_.show();
-  window_.raise();
-  window_.activateWindow();
+  window_.comeForward();
   QTimer::singleShot(unseen, &window_, [this] { fireTimer(); });
   while (form_.shown()) {
     loop_.exec();

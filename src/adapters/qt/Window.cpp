@@ -13,6 +13,7 @@
 
 #include "adapters/qt/Accelerators.h"
 #include "adapters/qt/Designs.h"
+#include "adapters/qt/Display.h"
 
 namespace kartix::adapters::qt {
 
@@ -90,8 +91,12 @@ void Window::centre() {
     frame.moveCenter(room.center());
     move(std::max(frame.left(), room.left()), std::max(frame.top(), room.top()));
   }
-  if (!isVisible()) return;
-  raise();
+  if (isVisible()) comeForward();
+}
+
+void Window::comeForward() {
+  // Off screen there is nothing to be in front of, and the platform complains about being asked.
+  if (visiblePlatform(QGuiApplication::platformName().toStdString())) raise();
   activateWindow();
 }
 

@@ -30,6 +30,8 @@ class Window : public QDialog {
 
   /// Centres the window on the primary screen and brings it to the front.
   void centre();
+  /// Brings the window to the front and gives it the focus.
+  void comeForward();
 
   /// Called after each painting.
   std::function<void()> onPainted;
