@@ -1,0 +1,93 @@
+#include "database/HostFixture.h"
+
+#include "adapters/dbe/DbeChooser.h"
+#include "adapters/postgres/Postgres.h"
+#include "adapters/sqlite/HostDatabase.h"
+#include "adapters/sqlite/Sqlite.h"
+#include "database/PostgresServer.h"
+
+namespace kartix::test {
+namespace {
+
+/// Started by the first test that needs it.
+PostgresServer& server() {
+  static PostgresServer running;
+  static const bool accounts = [] {
+    running.execute("postgres", {"create role argosys login password 'Systempasswort'",
+                                 "create role argo login password 'Datenbank-Passwort'",
+                                 "create role halbsys login password 'a;b'"});
+    return true;
+  }();
+  static_cast<void>(accounts);
+  return running;
+}
+
+}  // namespace
+
+HostDatabase::HostDatabase()
+    : machine(adapters::makeDbeChooser(adapters::makeSqliteDbe(), adapters::makePostgresDbe())) {
+  Konfiguration& k = runtime.konfiguration;
+  if (GetParam() == Engine::sqlite) {
+    k.DBName = machine.directory / "host.db";
+    adapters::createHostDatabase(k.DBName);
+  } else {
+    static int number = 0;
+    database_ = "host" + std::to_string(++number);
+    server().execute("postgres", {"create database " + database_ + " owner argo"});
+    k.ServerIP = server().address();
+    k.ServerPort = server().port();
+    k.SysUser = "argosys";
+    k.SysPass = "Systempasswort";
+    k.DBName = database_;
+    k.DBUser = "argo";
+    k.DBPass = "Datenbank-Passwort";
+    for (const std::string& statement : adapters::hostTableStatements()) execute(statement);
+  }
+  runtime.ClerkName = "Ümit Größer-Sachbearbeiter";
+  session.begin("4711");
+}
+
+HostDatabase::~HostDatabase() {
+  if (!database_.empty()) server().execute("postgres", {"drop database " + database_});
+}
+
+std::unique_ptr<DBETXTDatabase> HostDatabase::open() {
+  const Konfiguration& k = runtime.konfiguration;
+  auto db = std::make_unique<DBETXTDatabase>(runtime);
+  EXPECT_TRUE(db->init(k.ServerIP, k.ServerPort, k.SysUser, k.SysPass, k.DBName, k.DBUser, k.DBPass));
+  return db;
+}
+
+void HostDatabase::execute(const std::string& statement) {
+  ASSERT_EQ(open()->executeSQL(statement, true), 0) << statement;
+}
+
+void HostDatabase::insertRow(const std::string& table, int columns, const std::map<int, std::string>& values) {
+  const auto db = open();
+  for (int i = 1; i <= columns; ++i) {
+    const auto value = values.find(i);
+    db->addDatafield(value == values.end() ? std::string() : value->second);
+  }
+  ASSERT_EQ(db->addDataset(table, true), 0);
+}
+
+int HostDatabase::count(const std::string& from) {
+  return std::stoi(select("select count(*) from " + from, 1)[0][0]);
+}
+
+std::vector<std::vector<std::string>> HostDatabase::select(const std::string& sql, int columns) {
+  const auto db = open();
+  std::string row = sql;
+  std::string cursor;
+  std::vector<std::vector<std::string>> rows;
+  std::int32_t left = db->query(row, cursor);
+  EXPECT_GE(left, 0) << sql << ": " << row;
+  for (; left > 0; --left) {
+    auto& fields = rows.emplace_back();
+    for (int i = 1; i <= columns; ++i) fields.push_back(db->Datafield(static_cast<std::int16_t>(i)));
+    db->queryNext(row, cursor);
+  }
+  return rows;
+}
+
+}  // namespace kartix::test
