@@ -1,0 +1,272 @@
+#include "scenarios/Play.h"
+
+#include <sqlite3.h>
+
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "adapters/libxml2/LibXml.h"
+#include "adapters/script/Script.h"
+#include "adapters/script/Scripted.h"
+#include "adapters/script/Transcript.h"
+#include "adapters/settings/Settings.h"
+#include "adapters/sqlite/HostDatabase.h"
+#include "common/CodePage.h"
+#include "common/Scrambling.h"
+#include "common/Text.h"
+#include "component/Component.h"
+#include "component/Dispatch.h"
+#include "kartix/Kartix.h"
+#include "runtime/Konfiguration.h"
+#include "support/Files.h"
+#include "support/TestMachine.h"
+
+namespace kartix::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Where a setting of a scenario stands in the store.
+struct SettingPlace {
+  explicit SettingPlace(const std::string& path) : name(path.substr(path.rfind('.') + 1)) {
+    section = path.substr(0, path.size() - name.size());
+    if (!section.empty()) section.pop_back();
+    key = name == "KODSImageDir" ? R"(Software\Tessel\ARGO Anwendungen\Version 9\KXFS\FOTOFS\)"
+                                 : std::string(productKey) + section;
+    for (const char* one : {"SysPass", "DBPass", "ZEVISPass", "GATEWAYCertPass"}) secret = secret || name == one;
+  }
+
+  std::string stored(const Json& value) const {
+    return secret ? CryptLong(value.get<std::string>()) : value.get<std::string>();
+  }
+  std::string plain(const std::string& text) const { return secret ? DecryptLong(text) : text; }
+
+  std::string section;
+  std::string name;
+  std::string key;
+  bool secret = false;
+};
+
+std::string bodyOf(const Json& reply) {
+  if (reply.is_string()) return readBytes(scenarioFile("replies", reply));
+  if (reply.contains("size")) {
+    std::string filler;
+    filler.resize(reply["size"], 'x');
+    return filler;
+  }
+  if (reply.contains("file")) return readBytes(scenarioFile("replies", reply["file"]));
+  const std::string text = reply.value("text", "");
+  return reply.value("ansi", false) ? codepage::toAnsi(text) : text;
+}
+
+/// A reply is the name of a file, or an object that says more.
+Reply makeReply(const Json& reply) {
+  if (reply.is_string()) return {answer(bodyOf(reply))};
+  std::string headers;
+  for (const auto& [cookie, value] : part(reply, "cookies").items()) {
+    headers += "Set-Cookie: " + cookie + "=" + value.get<std::string>() + "; Path=/\r\n";
+  }
+  Reply made{answer(bodyOf(reply), reply.value("status", "200 OK"), headers)};
+  const std::string fault = reply.value("fault", "");
+  if (fault.empty()) return made;
+  if (fault == "half") return {made.bytes.substr(0, made.bytes.size() / 2), Reply::Then::close};
+  if (fault == "close") return {"", Reply::Then::close};
+  if (fault == "reset") return {"", Reply::Then::reset};
+  throw BadScenario("unknown fault \"" + fault + "\"");
+}
+
+/// A client library of another version, or none at all, that never makes a request.
+struct OtherHttp : IdleParts {
+  explicit OtherHttp(std::int32_t number) : version(number) {}
+  std::int32_t TESSELHTTPgetDLLVersion() override { return version; }
+  std::int32_t version;
+};
+
+/// "WINDOW: ACTION ARGUMENT" as the step of a script; what is an object already stays one.
+Json stepOf(const Json& step) {
+  if (!step.is_string()) return step;
+  std::istringstream words(step.get<std::string>());
+  std::string window;
+  std::string action;
+  std::string argument;
+  std::getline(words, window, ':');
+  words >> action >> argument;
+  std::string text;
+  std::getline(words >> std::ws, text);
+  Json made = {{"window", window}};
+  if (action == "close") {
+    made[action] = true;
+  } else if (action == "pick") {
+    made[action] = std::stoul(argument);
+  } else if (action == "type" || action == "select") {
+    made[action] = {{argument, text}};
+  } else {
+    made[action] = argument;
+  }
+  return made;
+}
+
+adapters::Script makeScript(const Json& steps) {
+  Json script = Json::array();
+  for (const Json& step : steps) script.push_back(stepOf(step));
+  return adapters::Script::parse(script.dump());
+}
+
+platform::LocalTime parseTime(const std::string& text) {
+  platform::LocalTime time;
+  if (std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d", &time.year, &time.month, &time.day, &time.hour, &time.minute,
+                  &time.second) != 6) {
+    throw BadScenario("\"now\" is no moment: " + text);
+  }
+  return time;
+}
+
+std::int32_t carryOut(Kartix& kartix, const std::string& operation, const std::string& lfdnr) {
+  if (operation == "ZKRAnfrage") return kartix.ZKRAnfrage(lfdnr);
+  if (operation == "FahrerKartenBestellung") return kartix.FahrerKartenBestellung(lfdnr);
+  if (operation == "KartenMitteilung") return kartix.KartenMitteilung(lfdnr);
+  if (operation == "KartenStorno") return kartix.KartenStorno(lfdnr);
+  if (operation == "none") return -1;
+  throw BadScenario("unknown operation \"" + operation + "\"");
+}
+
+}  // namespace
+
+Installation::Installation(const Json& scenario)
+    : names_({{"DIR", directory_.path().string()}, {"UNUSED", Listener().port()}}) {
+  startGateway(part(scenario, "gateway"), part(scenario, "replies"));
+  scenario_ = substituteAll(scenario, names_);
+  writeSettings();
+  makeDatabase();
+  for (const auto& [name, content] : part(scenario_, "files").items()) writeBytes(directory_ / name, content);
+}
+
+void Installation::startGateway(const Json& gateway, const Json& replies) {
+  std::optional<TlsWishes> tls;
+  if (gateway.contains("tls")) {
+    authority_.emplace(directory_.path());
+    authority_->issue("client");
+    authority_->issue("other");
+    authority_->issue("locked", {.phrase = "geheim"});
+    std::map<std::string, PemFiles> servers = {
+        {"good", authority_->issue("server")},
+        {"wrong name", authority_->issue("name", {.names = "DNS:gateway.example"})},
+        {"expired", authority_->issue("expired", {.validDays = -1})}};
+    tls = TlsWishes{servers.at(gateway["tls"]), authority_->caFile()};
+  }
+  std::vector<Reply> made;
+  for (const Json& reply : replies) made.push_back(makeReply(reply));
+  gateway_ = std::make_unique<LoopbackServer>(
+      [made, next = std::size_t{0}](const RecordedRequest&) mutable {
+        return next < made.size() ? made[next++] : Reply{"", Reply::Then::close};
+      },
+      tls);
+  names_["PORT"] = gateway_->port();
+  if (gateway.contains("proxy")) proxy_ = std::make_unique<ConnectProxy>(gateway["proxy"].get<std::string>());
+  if (proxy_) names_["PROXY"] = proxy_->address();
+}
+
+void Installation::writeSettings() const {
+  Json settings = part(scenario_, "settings");
+  if (scenario_.contains("ini")) {
+    settings.emplace("InfoDatei", (directory_ / "kartix.ini").string());
+    std::ofstream ini(directory_ / "kartix.ini", std::ios::binary);
+    std::string section;
+    for (const auto& [path, value] : scenario_["ini"].items()) {
+      const SettingPlace place(path);
+      if (place.section != section) ini << '[' << (section = place.section) << "]\r\n";
+      ini << place.name << '=' << codepage::toAnsi(place.stored(value)) << "\r\n";
+    }
+  }
+  std::ofstream store(directory_ / "registry.reg", std::ios::binary);
+  store << "Windows Registry Editor Version 5.00\r\n";
+  for (const auto& [path, value] : settings.items()) {
+    const SettingPlace place(path);
+    const std::string escaped = text::replaceAll(text::replaceAll(place.stored(value), "\\", "\\\\"), "\"", "\\\"");
+    store << "\r\n[HKEY_CURRENT_USER\\" << place.key << "]\r\n\"" << place.name << "\"=\"" << escaped << "\"\r\n";
+  }
+}
+
+void Installation::makeDatabase() const {
+  const fs::path file = directory_ / "host.db";
+  adapters::createHostDatabase(file);
+  sqlite3* raw = nullptr;
+  sqlite3_open(file.c_str(), &raw);
+  const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> database(raw, sqlite3_close);
+  const auto execute = [&](const std::string& statement) {
+    if (sqlite3_exec(raw, statement.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+      throw BadScenario(statement + ": " + sqlite3_errmsg(raw));
+    }
+  };
+  execute("begin");
+  for (const auto& [table, rows] : part(scenario_, "rows").items()) {
+    for (const Json& row : rows) {
+      std::ostringstream columns;
+      std::ostringstream values;
+      for (const auto& [column, value] : row.items()) {
+        columns << ',' << column;
+        values << ",'" << text::replaceAll(value.get<std::string>(), "'", "''") << "'";
+      }
+      std::ostringstream statement;
+      statement << "insert into " << table << " (" << columns.str().substr(1) << ") values ("
+                << values.str().substr(1) << ")";
+      execute(statement.str());
+    }
+  }
+  for (const Json& statement : part(scenario_, "sql")) execute(statement);
+  execute("commit");
+}
+
+Outcome Installation::play() {
+  adapters::Script script = makeScript(part(scenario_, "script"));
+  std::ostringstream seen;
+  adapters::Transcript transcript(seen);
+  const auto clerk = adapters::makeScriptUserInterface(script, &transcript);
+  const auto sounds = adapters::makeTranscriptSounds(transcript);
+  const auto classes = adapters::makeScriptedObjects(part(scenario_, "objects").dump());
+  const auto objects = adapters::makeRecordingObjects(*classes, transcript);
+  const Json faults = part(scenario_, "setup");
+  OtherHttp http(faults.value("httpVersion", 0));
+  const auto xml = adapters::makeLibXml(faults.value("xmlClasses", std::vector<std::string>()));
+
+  Setup setup;
+  setup.registryFile = directory_ / "registry.reg";
+  setup.now = parseTime(scenario_.at("now"));
+  if (authority_) setup.caFile = authority_->caFile();
+  setup.userInterface = clerk.get();
+  setup.sounds = sounds.get();
+  setup.objects = objects.get();
+  if (faults.contains("httpVersion")) setup.http = &http;
+  if (faults.contains("xmlClasses")) setup.xml = xml.get();
+
+  Outcome outcome;
+  {
+    Component component(setup);
+    Kartix kartix(component);
+    outcome.init = kartix.init(scenario_.at("clerk"), scenario_.at("person"));
+    outcome.result = carryOut(kartix, scenario_.at("operation"), scenario_.at("lfdnr"));
+    outcome.properties = resultProperties(kartix);
+  }
+  outcome.scriptMismatch = script.mismatch();
+  std::istringstream lines(seen.str());
+  for (std::string line; std::getline(lines, line);) outcome.transcript.push_back(Json::parse(line));
+  outcome.requests = gateway_->requests();
+  if (proxy_) outcome.tunnels = proxy_->requests();
+  return outcome;
+}
+
+std::string Installation::storedSetting(const std::string& path) const {
+  const SettingPlace place(path);
+  const auto value = adapters::makeRegFile(directory_ / "registry.reg")->RegQueryValueEx(place.key, place.name);
+  return value ? place.plain(value->text) : "";
+}
+
+std::string Installation::storedIni(const std::string& path) const {
+  const SettingPlace place(path);
+  const std::string file = (directory_ / "kartix.ini").string();
+  return place.plain(adapters::makeIniFiles()->GetPrivateProfileString(place.section, place.name, "", 1024, file));
+}
+
+}  // namespace kartix::test

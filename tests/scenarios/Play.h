@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "scenarios/Scenario.h"
+#include "support/LoopbackServer.h"
+#include "support/TempDir.h"
+
+namespace kartix::test {
+
+/// What a scenario led to.
+struct Outcome {
+  bool init = false;
+  std::int32_t result = -1;
+  std::vector<std::pair<std::string, std::string>> properties;
+  Json transcript = Json::array();  ///< events in their order
+  std::optional<std::string> scriptMismatch;
+  std::vector<RecordedRequest> requests;
+  std::vector<std::string> tunnels;  ///< heads of the requests to the secure proxy
+};
+
+/// An installation made as a scenario says, in a directory of its own: settings store, ini file, host database and
+/// gateway, all real.
+class Installation {
+ public:
+  /// Raises `BadScenario`.
+  explicit Installation(const Json& scenario);
+
+  /// The scenario with its names (`$DIR` and the like) replaced.
+  const Json& scenario() const { return scenario_; }
+  const Json& names() const { return names_; }
+
+  /// Lets the clerk carry out the operation, and lets the component go.
+  Outcome play();
+
+  /// A stored setting ("ZKR.KENZA"), unscrambled when it is a secret.
+  std::string storedSetting(const std::string& path) const;
+  std::string storedIni(const std::string& path) const;
+  std::filesystem::path file(const std::string& name) const { return directory_ / name; }
+
+ private:
+  void startGateway(const Json& gateway, const Json& replies);
+  void writeSettings() const;
+  void makeDatabase() const;
+
+  TempDir directory_;
+  std::optional<TestAuthority> authority_;
+  std::unique_ptr<LoopbackServer> gateway_;
+  std::unique_ptr<ConnectProxy> proxy_;
+  Json names_;
+  Json scenario_;
+};
+
+}  // namespace kartix::test
