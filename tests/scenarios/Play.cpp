@@ -20,6 +20,7 @@
 #include "component/Dispatch.h"
 #include "kartix/Kartix.h"
 #include "runtime/Konfiguration.h"
+#include "scenarios/Pictures.h"
 #include "support/Files.h"
 #include "support/TestMachine.h"
 
@@ -33,8 +34,9 @@ struct SettingPlace {
   explicit SettingPlace(const std::string& path) : name(path.substr(path.rfind('.') + 1)) {
     section = path.substr(0, path.size() - name.size());
     if (!section.empty()) section.pop_back();
-    key = name == "KODSImageDir" ? R"(Software\Tessel\ARGO Anwendungen\Version 9\KXFS\FOTOFS\)"
+    key = name == "KODSImageDir" ? R"(Software\Tessel\ARGO Anwendungen\Version 9\KXFS\FOTOFS)"
                                  : std::string(productKey) + section;
+    if (key.ends_with('\\')) key.pop_back();
     for (const char* one : {"SysPass", "DBPass", "ZEVISPass", "GATEWAYCertPass"}) secret = secret || name == one;
   }
 
@@ -140,6 +142,7 @@ Installation::Installation(const Json& scenario)
   scenario_ = substituteAll(scenario, names_);
   writeSettings();
   makeDatabase();
+  for (const auto& [name, picture] : part(scenario_, "pictures").items()) makePicture(directory_ / name, picture);
   for (const auto& [name, content] : part(scenario_, "files").items()) writeBytes(directory_ / name, content);
 }
 
