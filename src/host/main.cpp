@@ -8,11 +8,9 @@
 #include "host/DatabaseCommand.h"
 #include "host/DemoCommand.h"
 #include "host/DoctorCommand.h"
+#include "host/GatewayCommand.h"
 #include "host/RunCommand.h"
 #include "host/SettingsCommand.h"
-#if __has_include("host/GatewayCommand.h")
-#include "host/GatewayCommand.h"
-#endif
 
 namespace {
 
@@ -40,9 +38,7 @@ int runCommand(int argc, char** argv) {
   app.footer(examples);
   addDemoCommand(app, exit);
   addRunCommand(app, exit);
-#if __has_include("host/GatewayCommand.h")
   addGatewayCommand(app, exit);
-#endif
   addDatabaseCommand(app, exit);
   addSettingsCommand(app, exit);
   addDoctorCommand(app, exit);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "adapters/settings/AtomicFile.h"
+#include "simulator/Failures.h"
 #include "simulator/SampleBooks.h"
 
 namespace kartix::simulator {
@@ -38,7 +39,7 @@ Json toJson(const Books& books) {
 
 /// Throws the library's exceptions for a document of another shape.
 Books fromJson(const Json& json) {
-  if (json.at("version").get<int>() != formatVersion) throw StateFailure("made by another version");
+  if (json.at("version").get<int>() != formatVersion) throw BadFile("made by another version");
   Books books;
   for (const Json& order : json.at("orders")) {
     books.orders.push_back({order.at("externalAdministrationMark"), order.at("cardNumber"), order.at("date"),
@@ -58,7 +59,7 @@ Books fromJson(const Json& json) {
 
 Books load(const std::filesystem::path& file) {
   const auto fail = [&](const std::string& reason) {
-    return StateFailure("the state file cannot be used: " + file.string() + ": " + reason);
+    return BadFile("the state file cannot be used: " + file.string() + ": " + reason);
   };
   const adapters::FileContent content = adapters::readFile(file, stateLimit);
   if (content.state == adapters::FileContent::State::missing) return sampleBooks();
@@ -83,7 +84,7 @@ Ledger::Ledger(std::filesystem::path file) : file_(std::move(file)) {
     return;
   }
   // Written at once: a file that cannot be kept is better known before the first order.
-  if (!commit(load(file_))) throw StateFailure("the state file cannot be written: " + file_.string());
+  if (!commit(load(file_))) throw BadFile("the state file cannot be written: " + file_.string());
 }
 
 bool Ledger::commit(Books next) {

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <functional>
 #include <map>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,17 +46,11 @@ struct Books {
   unsigned nextSerial = 1;                               ///< part of the next card number to give out
 };
 
-/// The state file cannot be used, or holds something else.
-class StateFailure : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
 /// The books, kept in memory or in a file as well.
 class Ledger {
  public:
   /// `file` is the JSON file to keep the books in; it is made when there is none. Empty: in memory only, beginning
-  /// with the samples. Throws `StateFailure`.
+  /// with the samples. Throws `BadFile`.
   explicit Ledger(std::filesystem::path file);
 
   const Books& books() const { return books_; }

@@ -27,7 +27,7 @@ struct Reply {
 /// The gateway behind the wire: login, register and personaliser on common books. May be called from several threads.
 class Gateway {
  public:
-  /// Throws `StateFailure`; see `Ledger`.
+  /// Throws `BadFile`; see `Ledger`.
   Gateway(std::filesystem::path stateFile, platform::Clock& clock, Scenario scenario)
       : ledger_(std::move(stateFile)), clock_(clock), scenario_(scenario) {}
 

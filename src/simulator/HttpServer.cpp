@@ -13,16 +13,22 @@
 #include <utility>
 
 #include "simulator/Connection.h"
+#include "simulator/Failures.h"
 
 namespace kartix::simulator {
 namespace {
 
 using TlsContext = std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)>;
 
+/// The oldest of the library's errors is the cause.
 BadFile badFile(const std::string& what, const std::string& file) {
-  const char* const reason = ERR_reason_error_string(ERR_peek_last_error());
-  BadFile failure(what + " cannot be used: " + file + ": " + (reason ? reason : "not a fitting PEM file"));
+  const unsigned long error = ERR_get_error();
+  const char* const known = ERR_reason_error_string(error);
+  const std::string reason = ERR_SYSTEM_ERROR(error) ? std::strerror(ERR_GET_REASON(error))
+                             : known                 ? known
+                                                     : "not a fitting PEM file";
   ERR_clear_error();
+  BadFile failure(what + " cannot be used: " + file + ": " + reason);
   return failure;
 }
 

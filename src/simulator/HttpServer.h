@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -18,18 +17,6 @@ struct TlsFiles {
   std::string certificate;  ///< of the server, with its chain
   std::string key;          ///< without pass phrase
   std::string clientCa;     ///< demand a client certificate of this authority; empty for none
-};
-
-/// The server cannot be started; the text says why.
-class StartFailure : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-/// A file named for the server cannot be used; the text says which and why.
-class BadFile : public StartFailure {
- public:
-  using StartFailure::StartFailure;
 };
 
 struct HttpRequest {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "simulator/Failures.h"
 #include "simulator/HttpServer.h"
 #include "simulator/Order.h"
 #include "simulator/Scenario.h"
@@ -50,7 +51,7 @@ struct SimulatorOptions {
 /// ```
 class Simulator {
  public:
-  /// Listens when it returns. Throws `StartFailure`, for files that cannot be used `BadFile` or `StateFailure`.
+  /// Listens when it returns. Throws `StartFailure`, for a file that cannot be used `BadFile`.
   explicit Simulator(SimulatorOptions options);
   /// Stops; a request that is being answered is finished first.
   ~Simulator();
