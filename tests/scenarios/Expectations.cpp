@@ -1,15 +1,16 @@
 #include "scenarios/Expectations.h"
 
 #include <gtest/gtest.h>
-#include <libxml/parser.h>
-#include <libxml/valid.h>
 
 #include <algorithm>
+#include <map>
 #include <sstream>
 
 #include "common/CodePage.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
+#include "scenarios/Pictures.h"
+#include "support/Dtd.h"
 #include "support/Files.h"
 
 namespace kartix::test {
@@ -103,26 +104,6 @@ void compareReady(const Outcome& outcome, const std::string& moment, const Json&
   }
 }
 
-/// What is wrong with a document by the DTD of its root element; empty when it is valid.
-std::string validate(const std::string& body) {
-  const int options = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
-  const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(
-      xmlReadMemory(body.data(), static_cast<int>(body.size()), nullptr, nullptr, options), xmlFreeDoc);
-  if (!document) return "not well-formed";
-  const auto* const root = reinterpret_cast<const char*>(xmlDocGetRootElement(document.get())->name);
-  const std::string file = std::string(KARTIX_DTDS) + "/" + root + ".dtd";
-  const std::unique_ptr<xmlDtd, decltype(&xmlFreeDtd)> dtd(
-      xmlParseDTD(nullptr, reinterpret_cast<const xmlChar*>(file.c_str())), xmlFreeDtd);
-  if (!dtd) return "there is no " + file;
-  std::string faults;
-  xmlSetStructuredErrorFunc(
-      &faults, [](void* text, xmlErrorPtr error) { *static_cast<std::string*>(text) += error->message; });
-  const std::unique_ptr<xmlValidCtxt, decltype(&xmlFreeValidCtxt)> validation(xmlNewValidCtxt(), xmlFreeValidCtxt);
-  const bool valid = xmlValidateDtd(validation.get(), document.get(), dtd.get()) == 1;
-  xmlSetStructuredErrorFunc(nullptr, nullptr);
-  return valid ? "" : "not valid: " + faults;
-}
-
 std::string header(const RecordedRequest& request, const std::string& name) {
   const std::string begin = "\r\n" + name + ": ";
   const auto at = request.head.find(begin);
@@ -134,10 +115,11 @@ void checkRequest(const RecordedRequest& request) {
   EXPECT_TRUE(request.head.starts_with("POST ")) << request.head;
   EXPECT_EQ(header(request, "Content-Type"), "text/xml");
   EXPECT_TRUE(request.body.starts_with("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>")) << request.body;
-  EXPECT_EQ(validate(request.body), "") << request.body;
+  EXPECT_EQ(dtdViolations(request.body), "") << request.body;
 }
 
-void compareRequest(const RecordedRequest& request, const Json& expected) {
+/// In the stored body, the names of "pictures" stand for what those files hold.
+void compareRequest(const Installation& installation, const RecordedRequest& request, const Json& expected) {
   if (expected.contains("path")) {
     EXPECT_EQ(request.head.substr(0, request.head.find("\r\n")),
               "POST " + expected["path"].get<std::string>() + " HTTP/1.1");
@@ -148,6 +130,11 @@ void compareRequest(const RecordedRequest& request, const Json& expected) {
   for (const std::string& line : linesOf(readBytes(scenarioFile("requests", expected["body"])))) {
     body += line.substr(std::min(line.find_first_not_of(' '), line.size()));
   }
+  Json pictures = Json::object();
+  for (const auto& [name, file] : part(expected, "pictures").items()) {
+    pictures[name] = base64Of(installation.file(file));
+  }
+  body = substitute(body, pictures);
   const auto oneElementALine = [](const std::string& text) { return text::replaceAll(text, "><", ">\n<"); };
   expectSame("elements", oneElementALine(request.body), oneElementALine(body));
 }
@@ -169,15 +156,57 @@ std::string masked(const std::string& trace) {
   return result;
 }
 
-/// The lines of a stored trace up to `level`, which each of them begins with; "\n" stands for a line break inside.
-std::string expectedTrace(const std::string& file, int level, const Json& names) {
-  std::string trace;
-  for (const std::string& line : linesOf(substitute(readBytes(scenarioFile("traces", file)), names))) {
-    if (leadingInt32(line) > level) continue;
-    trace += "TIME  " + text::replaceAll(line.substr(line.find(' ') + 1), "\\n", "\r\n") + "\r\n";
+/// The lines of a stored trace, each with its level in front. "define NAME" to "end" is a block; a line "NAME A|B"
+/// gives its lines with A for %1 and B for %2. A result without a value is none.
+class StoredTrace {
+ public:
+  explicit StoredTrace(const std::vector<std::string>& stored) {
+    std::vector<std::string>* block = nullptr;
+    for (const std::string& line : stored) {
+      if (line.starts_with("define ")) {
+        block = &blocks_[line.substr(line.find(' ') + 1)];
+      } else if (line == "end") {
+        block = nullptr;
+      } else if (block) {
+        block->push_back(line);
+      } else {
+        add(line);
+      }
+    }
   }
-  return codepage::toAnsi(trace);
-}
+
+  /// The trace file up to `level`; "\n" stands for a line break inside a line.
+  std::string upTo(int level) const {
+    std::string trace;
+    for (const std::string& line : lines_) {
+      if (leadingInt32(line) > level) continue;
+      trace += "TIME  " + text::replaceAll(line.substr(line.find(' ') + 1), "\\n", "\r\n") + "\r\n";
+    }
+    return codepage::toAnsi(trace);
+  }
+
+ private:
+  void add(std::string line) {
+    const std::string name = line.substr(0, line.find(' '));
+    const auto block = blocks_.find(name);
+    if (block == blocks_.end()) {
+      if (line.ends_with(" <<< Result: ")) line.erase(line.rfind("Result: "));
+      lines_.push_back(line);
+      return;
+    }
+    for (std::string inner : block->second) {
+      std::istringstream arguments(line.substr(name.size() + 1) + "|");
+      int number = 0;
+      for (std::string argument; std::getline(arguments, argument, '|');) {
+        inner = text::replaceAll(inner, "%" + std::to_string(++number), argument);
+      }
+      add(inner);
+    }
+  }
+
+  std::map<std::string, std::vector<std::string>> blocks_;
+  std::vector<std::string> lines_;
+};
 
 void compareTrace(const Installation& installation, const std::string& expected) {
   const std::filesystem::path file = installation.file("trace.txt");
@@ -185,7 +214,18 @@ void compareTrace(const Installation& installation, const std::string& expected)
   if (expected.empty()) return;
   EXPECT_TRUE(readBytes(file).ends_with("\r\n"));
   const int level = leadingInt32(installation.scenario()["settings"].value("ZFER.DebugLevel", ""));
-  expectSame("trace lines", masked(readBytes(file)), expectedTrace(expected, level, installation.names()));
+  const StoredTrace stored(linesOf(substitute(readBytes(scenarioFile("traces", expected)), installation.names())));
+  expectSame("trace lines", masked(readBytes(file)), stored.upTo(level));
+}
+
+/// Expects the lines in this order in the trace, others between them.
+void findInTrace(const Installation& installation, const Json& expected) {
+  const std::vector<std::string> found = linesOf(masked(readBytes(installation.file("trace.txt"))));
+  auto at = found.begin();
+  for (const std::string line : expected) {
+    at = std::find(at, found.end(), "TIME  " + codepage::toAnsi(line) + "\r");
+    ASSERT_NE(at, found.end()) << "not in the trace, or not there: " << line;
+  }
 }
 
 void compareProperties(const Outcome& outcome, const Json& expected) {
@@ -222,12 +262,16 @@ void checkExpectations(const Installation& installation, const Outcome& outcome)
   EXPECT_EQ(outcome.result, expect.value("result", outcome.result));
   compareProperties(outcome, part(expect, "properties"));
   if (expect.contains("trace")) compareTrace(installation, expect["trace"]);
+  if (expect.contains("traceHas")) findInTrace(installation, expect["traceHas"]);
+  for (const auto& [file, picture] : part(expect, "pictures").items()) {
+    EXPECT_EQ(describePicture(installation.file(file)), picture) << file;
+  }
   if (expect.contains("requests")) {
     ASSERT_EQ(outcome.requests.size(), expect["requests"].size());
   }
   for (std::size_t i = 0; i < part(expect, "requests").size(); ++i) {
     SCOPED_TRACE("request " + std::to_string(i + 1));
-    compareRequest(outcome.requests[i], expect["requests"][i]);
+    compareRequest(installation, outcome.requests[i], expect["requests"][i]);
   }
   for (const auto& [moment, controls] : part(expect, "ready").items()) compareReady(outcome, moment, controls);
   for (const auto& [path, value] : part(expect, "settings").items()) {

@@ -14,11 +14,11 @@ namespace fs = std::filesystem;
 /// Keys of a scenario and of the objects in it.
 const std::map<std::string, std::vector<std::string>> knownKeys = {
     {"scenario",
-     {"about", "operation", "person", "lfdnr", "clerk", "now", "settings", "ini", "files", "rows", "sql", "gateway",
+     {"about", "operation", "person", "lfdnr", "clerk", "now", "settings", "ini", "files", "pictures", "rows", "sql", "gateway",
       "replies", "setup", "script", "objects", "expect"}},
     {"expect",
      {"init", "result", "properties", "messages", "windows", "ready", "requests", "tunnels", "calls", "progress",
-      "sounds", "settings", "ini", "trace"}},
+      "sounds", "settings", "ini", "trace", "traceHas", "pictures"}},
     {"gateway", {"tls", "proxy"}},
     {"setup", {"httpVersion", "xmlClasses"}},
 };
