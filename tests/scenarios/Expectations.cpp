@@ -175,22 +175,23 @@ class StoredTrace {
     }
   }
 
-  /// The trace file up to `level`; "\n" stands for a line break inside a line.
+  /// The trace file up to `level`.
   std::string upTo(int level) const {
     std::string trace;
     for (const std::string& line : lines_) {
       if (leadingInt32(line) > level) continue;
-      trace += "TIME  " + text::replaceAll(line.substr(line.find(' ') + 1), "\\n", "\r\n") + "\r\n";
+      const std::string text = text::replaceAll(line.substr(line.find(' ') + 1), "\\s", " ");
+      const bool noResult = text.ends_with("<<<=");
+      trace += "TIME  " + text::replaceAll(text, "<<<=", noResult ? "<<< " : "<<< Result: ") + "\r\n";
     }
     return codepage::toAnsi(trace);
   }
 
  private:
-  void add(std::string line) {
+  void add(const std::string& line) {
     const std::string name = line.substr(0, line.find(' '));
     const auto block = blocks_.find(name);
     if (block == blocks_.end()) {
-      if (line.ends_with(" <<< Result: ")) line.erase(line.rfind("Result: "));
       lines_.push_back(line);
       return;
     }
