@@ -11,6 +11,7 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "host/Command.h"
+#include "host/StateFile.h"
 #include "simulator/Accounts.h"
 #include "simulator/Simulator.h"
 
@@ -54,7 +55,6 @@ simulator::SimulatorOptions simulatorOptions(const Options& options) {
   if (!options.certificate.empty()) {
     wishes.tls = simulator::TlsFiles{options.certificate, options.key, options.clientCa};
   }
-  wishes.stateFile = options.state;
   const simulator::ScenarioName* const scenario = simulator::findScenario(options.scenario);
   if (!scenario) {
     throw UsageError("--scenario: there is no \"" + options.scenario + "\"; choose one of " +
@@ -84,6 +84,8 @@ int serve(const Options& options) {
   simulator::SimulatorOptions wishes = simulatorOptions(options);
   const std::string host = options.listen.substr(0, options.listen.rfind(':'));
   const std::string scheme = wishes.tls ? "https://" : "http://";
+  const auto state = options.state.empty() ? nullptr : makeStateFile(options.state);
+  wishes.state = state.get();
   const sigset_t signals = blockedSignals();
   try {
     const simulator::Simulator gateway(std::move(wishes));

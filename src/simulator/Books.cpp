@@ -1,10 +1,8 @@
 #include "simulator/Books.h"
 
-#include <cstddef>
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "adapters/settings/AtomicFile.h"
 #include "simulator/Failures.h"
 #include "simulator/SampleBooks.h"
 
@@ -13,7 +11,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr std::size_t stateLimit = std::size_t{64} << 20U;
 constexpr int formatVersion = 1;
 
 Json toJson(const Books& books) {
@@ -57,17 +54,13 @@ Books fromJson(const Json& json) {
   return books;
 }
 
-Books load(const std::filesystem::path& file) {
-  const auto fail = [&](const std::string& reason) {
-    return BadFile("the state file cannot be used: " + file.string() + ": " + reason);
-  };
-  const adapters::FileContent content = adapters::readFile(file, stateLimit);
-  if (content.state == adapters::FileContent::State::missing) return sampleBooks();
-  if (content.state != adapters::FileContent::State::read) throw fail("it cannot be read");
+Books load(StateStore& store) {
+  const auto text = store.read();
+  if (!text) return sampleBooks();
   try {
-    return fromJson(Json::parse(content.bytes));
+    return fromJson(Json::parse(*text));
   } catch (const std::exception& error) {
-    throw fail(error.what());
+    throw BadFile(std::string("the state file is not one of this simulator: ") + error.what());
   }
 }
 
@@ -78,17 +71,13 @@ std::string valueOf(const CardRecord& record, std::string_view element) {
   return found == record.end() ? std::string() : found->second;
 }
 
-Ledger::Ledger(std::filesystem::path file) : file_(std::move(file)) {
-  if (file_.empty()) {
-    books_ = sampleBooks();
-    return;
-  }
-  // Written at once: a file that cannot be kept is better known before the first order.
-  if (!commit(load(file_))) throw BadFile("the state file cannot be written: " + file_.string());
+Ledger::Ledger(StateStore* store) : store_(store) {
+  // Written at once: a store that cannot be written is better known before the first order.
+  if (!commit(store_ ? load(*store_) : sampleBooks())) throw BadFile("the state file cannot be written");
 }
 
 bool Ledger::commit(Books next) {
-  if (!file_.empty() && !adapters::replaceFile(file_, toJson(next).dump(1) + "\n")) return false;
+  if (store_ && !store_->replace(toJson(next).dump(1) + "\n")) return false;
   books_ = std::move(next);
   return true;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "simulator/Order.h"
+#include "simulator/StateStore.h"
 
 namespace kartix::simulator {
 
@@ -46,21 +46,20 @@ struct Books {
   unsigned nextSerial = 1;                               ///< part of the next card number to give out
 };
 
-/// The books, kept in memory or in a file as well.
+/// The books, kept in memory and, if wanted, in a store as well.
 class Ledger {
  public:
-  /// `file` is the JSON file to keep the books in; it is made when there is none. Empty: in memory only, beginning
-  /// with the samples. Throws `BadFile`.
-  explicit Ledger(std::filesystem::path file);
+  /// Begins with what `store` holds, with the samples when that is nothing or there is no store. Throws `BadFile`
+  /// when the store holds something else, or cannot be written.
+  explicit Ledger(StateStore* store);
 
   const Books& books() const { return books_; }
 
-  /// Takes `next` over, into the file first, which is readable by its owner only. False, with everything as it was,
-  /// when the file cannot be written.
+  /// Takes `next` over, into the store first. False, with everything as it was, when that cannot be written.
   bool commit(Books next);
 
  private:
-  std::filesystem::path file_;
+  StateStore* store_;
   Books books_;
 };
 

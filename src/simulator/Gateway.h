@@ -1,10 +1,8 @@
 #pragma once
 
-#include <filesystem>
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "platform/Clock.h"
@@ -28,8 +26,8 @@ struct Reply {
 class Gateway {
  public:
   /// Throws `BadFile`; see `Ledger`.
-  Gateway(std::filesystem::path stateFile, platform::Clock& clock, Scenario scenario)
-      : ledger_(std::move(stateFile)), clock_(clock), scenario_(scenario) {}
+  Gateway(StateStore* store, platform::Clock& clock, Scenario scenario)
+      : ledger_(store), clock_(clock), scenario_(scenario) {}
 
   /// Answers a request of a known kind. `cookieHeader` is its `Cookie` header.
   Reply answer(const Element& request, std::string_view cookieHeader);

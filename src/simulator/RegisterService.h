@@ -8,7 +8,7 @@
 namespace kartix::simulator {
 
 /// Most hits that an inquiry lists; more are only counted.
-inline constexpr int mostListedHits = 20;
+inline constexpr std::size_t mostListedHits = 20;
 
 /// Answers `zkr-anfrage`: one record, a list, or the request with the number of hits. A search by person data takes
 /// the criteria that are given, the name or the birth name among them; upper and lower case are the same.

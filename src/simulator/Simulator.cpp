@@ -63,7 +63,7 @@ class Simulator::Implementation {
  public:
   explicit Implementation(SimulatorOptions options)
       : options_(std::move(options)),
-        gateway_(options_.stateFile, options_.clock ? *options_.clock : systemClock_, options_.scenario),
+        gateway_(options_.state, options_.clock ? *options_.clock : systemClock_, options_.scenario),
         server_(
             options_.host, options_.port, options_.tls,
             [this](const HttpRequest& request) { return answer(request); }, [this] { return page(); }) {

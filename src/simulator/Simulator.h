@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -12,6 +11,7 @@
 #include "simulator/HttpServer.h"
 #include "simulator/Order.h"
 #include "simulator/Scenario.h"
+#include "simulator/StateStore.h"
 
 namespace kartix::platform {
 class Clock;
@@ -33,7 +33,7 @@ struct SimulatorOptions {
   std::string host = "127.0.0.1";
   int port = 0;  ///< 0 takes any free one
   std::optional<TlsFiles> tls = {};
-  std::filesystem::path stateFile = {};  ///< JSON; empty keeps the state in memory
+  StateStore* state = nullptr;  ///< where the state outlives this object; null keeps it in memory
   Scenario scenario = Scenario::none;
   std::chrono::milliseconds slowness = std::chrono::seconds(10);  ///< of the scenario for a slow answer
   platform::Clock* clock = nullptr;                               ///< the system's when null
@@ -44,7 +44,7 @@ struct SimulatorOptions {
 /// a request is, whatever its path; `paths` are the ones that a sample installation uses.
 ///
 /// ```cpp
-/// simulator::Simulator gateway({.stateFile = "gateway.json"});
+/// simulator::Simulator gateway({.scenario = simulator::Scenario::notLoggedInOnce});
 /// configure(gateway.port());
 /// ...
 /// for (const auto& order : gateway.orders()) std::cout << order.externalAdministrationMark << '\n';

@@ -3,7 +3,7 @@
 #include <httplib.h>
 
 #include <array>
-#include <fstream>
+#include <optional>
 #include <set>
 
 #include "simulator/Accounts.h"
@@ -17,7 +17,6 @@
 namespace kartix::simulator {
 namespace {
 
-namespace fs = std::filesystem;
 using test::cancellation;
 using test::inquiry;
 using test::notification;
@@ -29,6 +28,18 @@ using testing::HasSubstr;
 const std::string password(samplePassword);
 const std::string lostCard = "DF00000041877301";
 const std::string orderedCard = "DF00000058213900";
+
+class MemoryStore final : public StateStore {
+ public:
+  std::optional<std::string> read() override { return text; }
+  bool replace(std::string_view fresh) override {
+    if (writable) text = fresh;
+    return writable;
+  }
+
+  std::optional<std::string> text;
+  bool writable = true;
+};
 
 /// A client that keeps cookies as the component does.
 class Client {
@@ -163,11 +174,10 @@ TEST(Simulator, TheHostsCardNumbersAreKnownToTheRegister) {
 }
 
 TEST(Simulator, ACardLivesThroughOrderReportAndCancellationAndOutlivesTheProcess) {
-  const test::TempDir directory;
-  const auto file = directory / "state.json";
+  MemoryStore store;
   std::string number;
   {
-    Simulator gateway({.stateFile = file});
+    Simulator gateway({.state = &store});
     Client client(gateway);
     client.logIn();
     number = client.ask(order("4713/1"), paths::order).value("cardNumber");
@@ -187,9 +197,7 @@ TEST(Simulator, ACardLivesThroughOrderReportAndCancellationAndOutlivesTheProcess
     EXPECT_EQ(client.code(notification(lostCard, "10")), "zkr-mhinweis 0");
     EXPECT_EQ(client.logIn("kartix", password, "anderes1"), "300");
   }
-  EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-
-  Simulator gateway({.stateFile = file});
+  Simulator gateway({.state = &store});
   Client client(gateway);
   EXPECT_EQ(client.logIn("kartix", "anderes1"), "0 in");
   EXPECT_EQ(client.ask(inquiry("kgknr", number)).value("scode"), "101");
@@ -220,17 +228,21 @@ TEST(Simulator, AFaultyOrderIsRefusedWithEveryFault) {
 }
 
 TEST(Simulator, AStateThatCannotBeKeptAcceptsNothing) {
-  const test::TempDir directory;
-  fs::create_directory(directory / "in");
-  Simulator gateway({.stateFile = directory / "in/state.json"});
+  MemoryStore store;
+  Simulator gateway({.state = &store});
   Client client(gateway);
   client.logIn();
-  fs::rename(directory / "in", directory / "gone");
+  store.writable = false;
   EXPECT_EQ(client.code(order("1/1")), "information 9001");
+  EXPECT_EQ(client.code(notification(lostCard, "10")), "zkr-mhinweis 9001");
   EXPECT_TRUE(gateway.orders().empty());
+  EXPECT_EQ(client.ask(inquiry("kgknr", lostCard)).value("scode"), "03");
+  EXPECT_THROW(Simulator({.state = &store}), BadFile);
+  store.writable = true;
   for (const char* const content : {"", "[]", R"({"version":1})", R"({"version":2})"}) {
-    std::ofstream(directory / "bad.json") << content;
-    EXPECT_THROW(Simulator({.stateFile = directory / "bad.json"}), BadFile) << content;
+    store.text = content;
+    EXPECT_THROW(Simulator({.state = &store}), BadFile) << content;
+    EXPECT_EQ(store.text, content);
   }
 }
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "simulator/StateStore.h"
+
+namespace kartix::host {
+
+/// The simulator's books in a file, at most 64 MiB. A new one is readable by its owner only; whoever reads it while
+/// it is replaced finds the old or the new content.
+std::unique_ptr<simulator::StateStore> makeStateFile(const std::string& file);
+
+}  // namespace kartix::host
