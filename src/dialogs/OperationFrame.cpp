@@ -1,9 +1,9 @@
 #include "dialogs/OperationFrame.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "dialogs/BestellFehler.h"
+#include "dialogs/Progress.h"
 #include "dialogs/Workplace.h"
 #include "platform/UserInterface.h"
 #include "runtime/Runtime.h"
@@ -135,16 +135,7 @@ void OperationFrame::onFailure() {
 }
 
 void OperationFrame::ShowProgress(std::int16_t percent, std::string_view text, bool animate) {
-  platform::UserInterface& userInterface = workplace_.runtime.machine.userInterface;
-  const int target = std::clamp<int>(percent, 0, 100);
-  while (animate && Progress.value() != target) {
-    Progress.setValue(Progress.value() + (target > Progress.value() ? 1 : -1));
-    userInterface.repaint();
-  }
-  Progress.setValue(target);
-  if (!text.empty()) StatusBar.setText(std::string(text));
-  userInterface.repaint();
-  userInterface.progressReported(*this, Progress.value(), StatusBar.text());
+  showProgress(workplace_.runtime, {Progress, StatusBar}, percent, text, animate);
 }
 
 void OperationFrame::showErrorList(const std::string& summary, const std::string& list) {

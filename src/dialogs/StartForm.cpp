@@ -5,6 +5,7 @@
 
 #include "common/Text.h"
 #include "dialogs/Auswahl.h"
+#include "dialogs/Progress.h"
 #include "dialogs/Workplace.h"
 #include "dialogs/ZKR.h"
 #include "hostdb/ARGOInterface.h"
@@ -142,15 +143,7 @@ void StartForm::chooseSearch(int option) {
 }
 
 void StartForm::setProgress(std::int16_t value, const std::string& text, bool smooth) {
-  platform::UserInterface& userInterface = workplace_.runtime.machine.userInterface;
-  while (smooth && Progress.value() != value) {
-    Progress.setValue(Progress.value() + (value > Progress.value() ? 1 : -1));
-    userInterface.repaint();
-  }
-  Progress.setValue(value);
-  if (!text.empty()) StatusBar.setText(text);
-  userInterface.repaint();
-  userInterface.progressReported(*this, value, StatusBar.text());
+  showProgress(workplace_.runtime, {Progress, StatusBar}, value, text, smooth);
 }
 
 void StartForm::start() {
