@@ -37,7 +37,8 @@ struct SimulatorOptions {
   Scenario scenario = Scenario::none;
   std::chrono::milliseconds slowness = std::chrono::seconds(10);  ///< of the scenario for a slow answer
   platform::Clock* clock = nullptr;                               ///< the system's when null
-  std::function<void(const Exchange&)> onExchange = {};           ///< called after each, one at a time
+  /// Called after each exchange, one at a time; it must not call the simulator.
+  std::function<void(const Exchange&)> onExchange = {};
 };
 
 /// A gateway to test against: login, register and personaliser behind one address. The document element decides what
