@@ -3,25 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
-#include <sstream>
+#include <utility>
 
 #include "common/CodePage.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "scenarios/Pictures.h"
+#include "scenarios/StoredTrace.h"
 #include "support/Dtd.h"
 #include "support/Files.h"
 
 namespace kartix::test {
 namespace {
-
-std::vector<std::string> linesOf(const std::string& text) {
-  std::istringstream in(text);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
 
 /// A failure shows the lines that differ: "-" is expected, "+" is found.
 void expectSame(const std::string& what, const std::string& found, const std::string& expected) {
@@ -139,84 +132,14 @@ void compareRequest(const Installation& installation, const RecordedRequest& req
   expectSame("elements", oneElementALine(request.body), oneElementALine(body));
 }
 
-/// `trace` with "TIME" in place of the moment that each line begins with.
-std::string masked(const std::string& trace) {
-  constexpr std::string_view shape = "dd.dd.dddd dd:dd:dd  ";
-  const auto fits = [](char found, char wanted) {
-    return wanted == 'd' ? found >= '0' && found <= '9' : found == wanted;
-  };
-  std::string result;
-  for (std::string line : linesOf(trace)) {
-    if (line.size() >= shape.size() && std::equal(shape.begin(), shape.end(), line.begin(),
-                                                  [&](char wanted, char found) { return fits(found, wanted); })) {
-      line.replace(0, shape.size(), "TIME  ");
-    }
-    result += line + "\n";
-  }
-  return result;
-}
-
-/// The lines of a stored trace, each with its level in front. "define NAME" to "end" is a block; a line "NAME A|B"
-/// gives its lines with A for %1 and B for %2. A result without a value is none.
-class StoredTrace {
- public:
-  explicit StoredTrace(const std::vector<std::string>& stored) {
-    std::vector<std::string>* block = nullptr;
-    for (const std::string& line : stored) {
-      if (line.starts_with("define ")) {
-        block = &blocks_[line.substr(line.find(' ') + 1)];
-      } else if (line == "end") {
-        block = nullptr;
-      } else if (block) {
-        block->push_back(line);
-      } else {
-        add(line);
-      }
-    }
-  }
-
-  /// The trace file up to `level`.
-  std::string upTo(int level) const {
-    std::string trace;
-    for (const std::string& line : lines_) {
-      if (leadingInt32(line) > level) continue;
-      const std::string text = text::replaceAll(line.substr(line.find(' ') + 1), "\\s", " ");
-      const bool noResult = text.ends_with("<<<=");
-      trace += "TIME  " + text::replaceAll(text, "<<<=", noResult ? "<<< " : "<<< Result: ") + "\r\n";
-    }
-    return codepage::toAnsi(trace);
-  }
-
- private:
-  void add(const std::string& line) {
-    const std::string name = line.substr(0, line.find(' '));
-    const auto block = blocks_.find(name);
-    if (block == blocks_.end()) {
-      lines_.push_back(line);
-      return;
-    }
-    for (std::string inner : block->second) {
-      std::istringstream arguments(line.substr(name.size() + 1) + "|");
-      int number = 0;
-      for (std::string argument; std::getline(arguments, argument, '|');) {
-        inner = text::replaceAll(inner, "%" + std::to_string(++number), argument);
-      }
-      add(inner);
-    }
-  }
-
-  std::map<std::string, std::vector<std::string>> blocks_;
-  std::vector<std::string> lines_;
-};
-
 void compareTrace(const Installation& installation, const std::string& expected) {
   const std::filesystem::path file = installation.file("trace.txt");
   ASSERT_EQ(std::filesystem::exists(file), !expected.empty());
   if (expected.empty()) return;
   EXPECT_TRUE(readBytes(file).ends_with("\r\n"));
   const int level = leadingInt32(installation.scenario()["settings"].value("ZFER.DebugLevel", ""));
-  const StoredTrace stored(linesOf(substitute(readBytes(scenarioFile("traces", expected)), installation.names())));
-  expectSame("trace lines", masked(readBytes(file)), stored.upTo(level));
+  const std::string stored = substitute(readBytes(scenarioFile("traces", expected)), installation.names());
+  expectSame("trace lines", masked(readBytes(file)), expandTrace(stored, level));
 }
 
 /// Expects the lines in this order in the trace, others between them.
