@@ -1,8 +1,10 @@
 #include "adapters/qt/ButtonMirrors.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "adapters/qt/Accelerators.h"
+#include "platform/forms/Form.h"
 
 namespace kartix::adapters::qt {
 
@@ -34,10 +36,34 @@ void OptionMirror::takeInput(Gate gate) {
 void OptionMirror::show() {
   const QString text = withAccelerator(caption(), accelerator());
   if (widget_.text() != text) widget_.setText(text);
-  if (widget_.isChecked() == control_.selected()) return;
-  // The form may have no option selected at all, which a group of radio buttons would not allow.
+  if (control_.selected()) {
+    widget_.setChecked(true);
+    leadTabHere();
+  }
+  if (!control_.selected() && widget_.isChecked() && !anySelected()) uncheck();
+}
+
+bool OptionMirror::anySelected() const {
+  const auto& controls = control_.form().controls();
+  return std::any_of(controls.begin(), controls.end(), [](const forms::Control* control) {
+    const auto* const option = dynamic_cast<const forms::OptionButton*>(control);
+    return option && option->selected();
+  });
+}
+
+/// Of a group of radio buttons the tab key reaches one, and the arrow keys lead to the others.
+void OptionMirror::leadTabHere() {
+  for (QRadioButton* const option :
+       widget_.parentWidget()->findChildren<QRadioButton*>(QString(), Qt::FindDirectChildrenOnly)) {
+    option->setFocusPolicy(option == &widget_ ? Qt::StrongFocus : Qt::ClickFocus);
+  }
+}
+
+/// The form may have no option selected at all, which a group of radio buttons would not allow. Where one is
+/// selected, checking that one unchecks the others.
+void OptionMirror::uncheck() {
   widget_.setAutoExclusive(false);
-  widget_.setChecked(control_.selected());
+  widget_.setChecked(false);
   widget_.setAutoExclusive(true);
 }
 

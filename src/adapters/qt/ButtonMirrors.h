@@ -31,6 +31,10 @@ class OptionMirror : public Mirror {
   void show() override;
 
  private:
+  bool anySelected() const;
+  void leadTabHere();
+  void uncheck();
+
   forms::OptionButton& control_;
   QRadioButton& widget_;
 };

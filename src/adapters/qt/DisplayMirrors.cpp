@@ -3,7 +3,6 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QImageReader>
-#include <QLineEdit>
 #include <QScrollArea>
 #include <QStyle>
 #include <QVariant>
@@ -20,11 +19,24 @@ constexpr int narrowest = 240;
 constexpr int widest = 520;
 constexpr int highest = 420;
 
+/// A text that must fit its place is written no smaller than this.
+constexpr qreal smallestPoints = 6.5;
+
 /// Larger image files and images are not shown.
 constexpr qint64 largestFile = 64LL << 20;
 constexpr int longestSide = 20000;
 
-QPixmap readPicture(const QString& file, QSize size, qreal scale) {
+/// What is written on white paper as it stands on any ground.
+QImage inkOf(const QImage& image) {
+  QImage darkness = image.convertToFormat(QImage::Format_Grayscale8);
+  darkness.invertPixels();
+  QImage ink(image.size(), QImage::Format_ARGB32_Premultiplied);
+  ink.fill(QColor(0x14, 0x1e, 0x3c));
+  ink.setAlphaChannel(darkness);
+  return ink;
+}
+
+QPixmap readPicture(const QString& file, QSize size, qreal scale, bool ink) {
   if (QFileInfo(file).size() > largestFile) return {};
   QImageReader reader(file);
   // The host's image files do not say by their names what they are.
@@ -34,7 +46,8 @@ QPixmap readPicture(const QString& file, QSize size, qreal scale) {
   if (full.width() > longestSide || full.height() > longestSide) return {};
   const QImage image = reader.read();
   if (image.isNull()) return {};
-  QPixmap picture = QPixmap::fromImage(image.scaled(size * scale, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+  const QImage scaled = image.scaled(size * scale, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+  QPixmap picture = QPixmap::fromImage(ink ? inkOf(scaled) : scaled);
   picture.setDevicePixelRatio(scale);
   return picture;
 }
@@ -46,17 +59,33 @@ LabelMirror::LabelMirror(forms::Label& control, QLabel& widget) : Mirror(control
 }
 
 QString LabelMirror::caption() const {
-  const auto* const field = qobject_cast<const QLineEdit*>(widget_.buddy());
-  return widget_.buddy() && !(field && field->isReadOnly()) ? shown(control().text()) : QString();
+  const QVariant readOnly = widget_.buddy() ? widget_.buddy()->property("readOnly") : QVariant(true);
+  return readOnly.toBool() ? QString() : shown(control().text());
 }
 
 void LabelMirror::show() {
   const QString plain = shown(control().text());
   // Without a partner an ampersand is an ordinary character to a label.
   const QString text = widget_.buddy() ? withAccelerator(plain, accelerator()) : plain;
-  if (widget_.text() == text) return;
+  if (text == shown_) return;
+  shown_ = text;
   widget_.setText(text);
   if (widget_.wordWrap()) fitWrapped();
+  if (widget_.property("shrinks").toBool()) fitShrunk();
+}
+
+void LabelMirror::fitShrunk() {
+  QFont font = widget_.parentWidget()->font();
+  const int room = widget_.maximumWidth();
+  while (QFontMetrics(font).horizontalAdvance(*shown_) > room && font.pointSizeF() > smallestPoints) {
+    font.setPointSizeF(font.pointSizeF() - 0.25);
+  }
+  widget_.setFont(font);
+  const QString fitting = QFontMetrics(font).elidedText(*shown_, Qt::ElideRight, room);
+  widget_.setText(fitting);
+  // A text that does not even fit in small letters is told to whoever points at it.
+  if (!designTip_) designTip_ = widget_.toolTip();
+  widget_.setToolTip(fitting == *shown_ ? *designTip_ : *shown_);
 }
 
 void LabelMirror::fitWrapped() {
@@ -104,8 +133,9 @@ void PictureMirror::show() {
                                                         QString::number(file.lastModified().toMSecsSinceEpoch());
   if (present == shown_) return;
   shown_ = present;
-  widget_.setPixmap(control_.file().empty() ? drawnIcon(drawing).pixmap(size, scale)
-                                            : readPicture(file.filePath(), size, scale));
+  widget_.setPixmap(control_.file().empty()
+                        ? drawnIcon(drawing).pixmap(size, scale)
+                        : readPicture(file.filePath(), size, scale, widget_.property("ink").toBool()));
 }
 
 }  // namespace kartix::adapters::qt

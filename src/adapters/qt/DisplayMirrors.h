@@ -3,12 +3,15 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <optional>
 
 #include "adapters/qt/Mirror.h"
 
 namespace kartix::adapters::qt {
 
 /// Label. One that wraps its words gets the width that suits its text; in a scroll area it also gets the area's size.
+/// One whose property "shrinks" is set has a fixed place: a text that is too long for it is written smaller, and cut
+/// off with an ellipsis only when that does not help.
 class LabelMirror : public Mirror {
  public:
   LabelMirror(forms::Label& control, QLabel& widget);
@@ -19,8 +22,11 @@ class LabelMirror : public Mirror {
 
  private:
   void fitWrapped();
+  void fitShrunk();
 
   QLabel& widget_;
+  std::optional<QString> shown_;  ///< the whole text, however much of it fits
+  std::optional<QString> designTip_;
 };
 
 class ProgressMirror : public Mirror {
@@ -46,7 +52,8 @@ class StatusMirror : public Mirror {
   QStatusBar& widget_;
 };
 
-/// An image file, or the drawing that the widget's property "drawing" names.
+/// An image file, or the drawing that the widget's property "drawing" names. Of an image file in a widget whose
+/// property "ink" is set, only what is dark is shown.
 class PictureMirror : public Mirror {
  public:
   PictureMirror(forms::Picture& control, QLabel& widget);

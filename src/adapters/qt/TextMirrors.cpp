@@ -47,9 +47,10 @@ void LineMirror::takeInput(Gate gate) {
 void LineMirror::show() {
   const auto echo = control_.password ? QLineEdit::Password : QLineEdit::Normal;
   if (widget_.echoMode() != echo) widget_.setEchoMode(echo);
-  if (widget_.isReadOnly() != control_.readOnly()) {
-    widget_.setReadOnly(control_.readOnly());
-    showReadOnly(widget_, control_.readOnly());
+  if (readOnly_ != control_.readOnly()) {
+    readOnly_ = control_.readOnly();
+    widget_.setReadOnly(*readOnly_);
+    showReadOnly(widget_, *readOnly_);
   }
   const QString text = QString::fromStdString(control_.text());
   if (widget_.text() == text) return;
@@ -80,11 +81,12 @@ void LinesMirror::takeInput(Gate gate) {
 }
 
 void LinesMirror::show() {
-  if (widget_.isReadOnly() != control_.readOnly()) {
-    widget_.setReadOnly(control_.readOnly());
-    showReadOnly(widget_, control_.readOnly());
-    widget_.setTextInteractionFlags(control_.readOnly() ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
-                                                        : Qt::TextEditorInteraction);
+  if (readOnly_ != control_.readOnly()) {
+    readOnly_ = control_.readOnly();
+    widget_.setReadOnly(*readOnly_);
+    showReadOnly(widget_, *readOnly_);
+    widget_.setTextInteractionFlags(*readOnly_ ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
+                                               : Qt::TextEditorInteraction);
   }
   const QString text = shown(control_.text());
   if (widget_.toPlainText() != text) widget_.setPlainText(text);

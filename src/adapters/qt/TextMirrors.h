@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <optional>
 
 #include "adapters/qt/Mirror.h"
 
@@ -21,6 +22,7 @@ class LineMirror : public Mirror {
 
   forms::TextField& control_;
   QLineEdit& widget_;
+  std::optional<bool> readOnly_;  ///< as it is shown
 };
 
 /// Text of several lines.
@@ -37,6 +39,7 @@ class LinesMirror : public Mirror {
 
   forms::TextField& control_;
   QPlainTextEdit& widget_;
+  std::optional<bool> readOnly_;  ///< as it is shown
 };
 
 /// A text after an edit, and where the cursor stands in it.

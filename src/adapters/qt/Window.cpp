@@ -22,6 +22,17 @@ QString widgetName(const std::string& controlName) {
   return name.replace(u'[', u'_').remove(u']');
 }
 
+namespace {
+
+bool takesInput(const QWidget& widget) {
+  const auto* const line = qobject_cast<const QLineEdit*>(&widget);
+  const auto* const lines = qobject_cast<const QPlainTextEdit*>(&widget);
+  if ((line && line->isReadOnly()) || (lines && lines->isReadOnly())) return false;
+  return widget.isVisible() && widget.isEnabled() && (widget.focusPolicy() & Qt::TabFocus) != 0;
+}
+
+}  // namespace
+
 Window::Window(forms::Form& form, QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                           Qt::WindowCloseButtonHint),
@@ -98,6 +109,17 @@ void Window::comeForward() {
   // Off screen there is nothing to be in front of, and the platform complains about being asked.
   if (visiblePlatform(QGuiApplication::platformName().toStdString())) raise();
   activateWindow();
+}
+
+/// The clerk begins at the first control that takes input, not at one that only shows something.
+void Window::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  if (focusWidget() != nullptr) return;
+  for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain()) {
+    if (!takesInput(*next)) continue;
+    next->setFocus(Qt::OtherFocusReason);
+    return;
+  }
 }
 
 void Window::reject() {

@@ -43,6 +43,7 @@ class Window : public QDialog {
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  void showEvent(QShowEvent* event) override;
 
  private:
   Mirror* mirrorOf(const forms::Control& control) const;
