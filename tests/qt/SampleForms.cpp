@@ -1,6 +1,6 @@
 #include "qt/SampleForms.h"
 
-#include <iterator>
+#include <array>
 #include <string_view>
 
 namespace kartix::tests {
@@ -16,11 +16,11 @@ struct Part {
   std::string text;
 };
 
-const Part parts[] = {
+const auto parts = std::to_array<Part>({
 #include "qt/SampleParts.inc"
-};
+});
 
-constexpr std::pair<const char*, const char*> captions[] = {
+constexpr auto captions = std::to_array<std::pair<const char*, const char*>>({
     {"MessageBox", "ARGO Kartix - Hinweis"},
     {"SystemMessageBox", "ARGO Kartix"},
     {"StartForm", "ARGO Kartix"},
@@ -31,7 +31,7 @@ constexpr std::pair<const char*, const char*> captions[] = {
     {"fStorno", "ARGO Kartix [Stornierung einer Bestellung]"},
     {"Mitteilung", "ARGO Kartix [Mitteilung]"},
     {"BestellFehler", "Fehler bei der Bestellung / Stornierung / Mitteilung"},
-};
+});
 
 void addText(SampleForm& form, const Part& part) {
   auto& field = form.add<forms::TextField>(part.name, part.text);
@@ -78,6 +78,7 @@ std::unique_ptr<SampleForm> sampleForm(const std::string& name) {
 
 std::vector<std::unique_ptr<SampleForm>> sampleForms() {
   std::vector<std::unique_ptr<SampleForm>> forms;
+  forms.reserve(captions.size());
   for (const auto& [form, caption] : captions) forms.push_back(sampleForm(form));
   return forms;
 }

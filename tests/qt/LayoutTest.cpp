@@ -1,0 +1,244 @@
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDir>
+#include <QKeySequence>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScrollBar>
+#include <QStatusBar>
+#include <QTest>
+#include <QTreeWidget>
+#include <set>
+
+#include "adapters/qt/Accelerators.h"
+#include "adapters/qt/Mirror.h"
+#include "adapters/qt/Qt.h"
+#include "component/Component.h"
+#include "dialogs/Auswahl.h"
+#include "dialogs/BestellFehler.h"
+#include "dialogs/Bestellung.h"
+#include "dialogs/MessageBox.h"
+#include "dialogs/Mitteilung.h"
+#include "dialogs/StartForm.h"
+#include "dialogs/Workplace.h"
+#include "dialogs/ZEVISPassChange.h"
+#include "dialogs/ZKR.h"
+#include "dialogs/fStorno.h"
+#include "qt/QtFixture.h"
+#include "support/TempDir.h"
+
+namespace kartix::tests {
+namespace {
+
+class Layout : public QtWindows {};
+
+/// A person's photo and signature in the sizes that an order has.
+void drawPerson(const QString& photo, const QString& signature) {
+  QImage portrait(378, 490, QImage::Format_RGB32);
+  portrait.fill(QColor(0xd8, 0xdd, 0xe2));
+  {
+    QPainter painter(&portrait);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0x3d, 0x4f, 0x63));
+    painter.drawEllipse(QRectF(30, 350, 318, 300));
+    painter.setBrush(QColor(0xd9, 0xb3, 0x94));
+    painter.drawEllipse(QRectF(109, 110, 160, 220));
+  }
+  EXPECT_TRUE(portrait.save(photo, "PNG"));
+  QImage hand(710, 182, QImage::Format_RGB32);
+  hand.fill(Qt::white);
+  {
+    QPainter painter(&hand);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath line(QPointF(60, 120));
+    for (int x = 60; x < 620; x += 70) line.cubicTo(x + 20, 10, x + 40, 190, x + 70, 90);
+    painter.strokePath(line, QPen(Qt::darkBlue, 6));
+  }
+  EXPECT_TRUE(hand.save(signature, "PNG"));
+}
+
+/// For a person to look at, when KARTIX_TEST_PICTURES names a folder.
+TEST_F(Layout, Pictures) {
+  const test::TempDir own;
+  const QString folder = qEnvironmentVariable("KARTIX_TEST_PICTURES", QString::fromStdString(own.path()));
+  const std::string photo = own / "0.JP2";
+  const std::string signature = own / "0.JP3";
+  drawPerson(QString::fromStdString(photo), QString::fromStdString(signature));
+  const auto stage = adapters::makeQtStage();
+  for (const auto& form : sampleForms()) {
+    if (form->name() == "Bestellung") {
+      form->get<forms::Picture>("Bild[0]").setFile(photo);
+      form->get<forms::Picture>("Bild[1]").setFile(signature);
+    }
+    form->load();
+    stage->show(*form);
+    const QString file = QDir(folder).filePath(QString::fromStdString(form->name()) + ".png");
+    EXPECT_TRUE(stage->savePicture(*form, file.toStdString())) << form->name();
+    stage->hide(*form);
+  }
+}
+
+/// Why a text or picture is not wholly seen in its widget; empty when it is.
+QString cutOff(const QWidget& widget) {
+  QSize needed = widget.sizeHint();
+  const QFontMetrics metrics(widget.font());
+  if (const auto* const label = qobject_cast<const QLabel*>(&widget)) {
+    if (label->wordWrap()) needed = QSize(0, label->heightForWidth(label->width()));
+    if (label->text().endsWith(u'…')) return "ellipsis";
+  } else if (const auto* const line = qobject_cast<const QLineEdit*>(&widget)) {
+    needed.setWidth(metrics.horizontalAdvance(line->displayText()) + 8);
+  } else if (const auto* const bar = qobject_cast<const QStatusBar*>(&widget)) {
+    needed.setWidth(metrics.horizontalAdvance(bar->currentMessage()));
+  } else if (const auto* const list = qobject_cast<const QTreeWidget*>(&widget)) {
+    needed = {};
+    if (list->horizontalScrollBar()->maximum() > 0) return "columns";
+  } else if (!qobject_cast<const QAbstractButton*>(&widget) && !qobject_cast<const QComboBox*>(&widget)) {
+    return {};
+  }
+  if (needed.width() <= widget.width() && needed.height() <= widget.height()) return {};
+  return QStringLiteral("needs %1 x %2").arg(needed.width()).arg(needed.height());
+}
+
+TEST_F(Layout, EveryWindowShowsAllOfItsControls) {
+  constexpr QSize halfOfFullHd(960, 540);
+  for (const auto& form : sampleForms()) {
+    SCOPED_TRACE(form->name());
+    adapters::qt::Window window(*form, nullptr);
+    ASSERT_TRUE(window.designed());
+    window.centre();
+    window.show();
+    settle();
+    for (forms::Control* const control : form->controls()) {
+      auto* const found = window.findChild<QWidget*>(adapters::qt::widgetName(control->name()));
+      EXPECT_TRUE(found && found->isVisible()) << control->name();
+      // The card's background is the design's own.
+      const bool background =
+          qobject_cast<QFrame*>(found) && dynamic_cast<forms::Picture*>(control) && !qobject_cast<QLabel*>(found);
+      EXPECT_TRUE(background || (found && adapters::qt::makeMirror(*control, *found))) << control->name();
+    }
+    const auto widgets = window.findChildren<QWidget*>();
+    for (const QWidget* const widget : widgets) {
+      if (!widget->isVisible()) continue;
+      const std::string name = widget->objectName().toStdString();
+      EXPECT_EQ(cutOff(*widget), QString()) << name;
+      const QWidget* const parent = widget->parentWidget();
+      if (qobject_cast<const QAbstractScrollArea*>(parent->parentWidget()) || name.starts_with("qt_")) continue;
+      EXPECT_TRUE(parent->rect().contains(widget->geometry())) << name;
+      for (const QWidget* const other : widgets) {
+        if (other == widget || !other->isVisible() || other->parentWidget() != parent) continue;
+        EXPECT_FALSE(other->geometry().intersects(widget->geometry())) << name << other->objectName().toStdString();
+      }
+    }
+    EXPECT_LE(window.height() + 30, halfOfFullHd.height());
+    EXPECT_LE(window.width(), halfOfFullHd.width());
+  }
+}
+
+TEST_F(Layout, ATextTooLongForTheCardIsWrittenSmallerAndAtLastShortened) {
+  const auto form = sampleForm("Bestellung");
+  adapters::qt::Window window(*form, nullptr);
+  window.show();
+  auto& label = widget<QLabel>(window, "Label2[5]");
+  const QString tip = label.toolTip();
+  const auto shownAs = [&](const std::string& text) {
+    form->get<forms::Label>("Label2[5]").setText(text);
+    window.mirrorAll();
+    EXPECT_LE(QFontMetrics(label.font()).horizontalAdvance(label.text()), label.width());
+    return label.text().toStdString();
+  };
+  const qreal usual = label.font().pointSizeF();
+  const std::string longer = "Landratsamt Garmisch-Partenkirchen, Kfz-Zulassung";
+  EXPECT_EQ(shownAs(longer), longer);
+  EXPECT_LT(label.font().pointSizeF(), usual);
+  EXPECT_EQ(label.toolTip(), tip);
+  const std::string longest = longer + " und Führerscheinstelle";
+  EXPECT_THAT(shownAs(longest), testing::EndsWith("…"));
+  EXPECT_EQ(label.toolTip().toStdString(), longest);
+  EXPECT_EQ(shownAs("Bonn"), "Bonn");
+  EXPECT_EQ(label.font().pointSizeF(), usual);
+  EXPECT_EQ(label.toolTip(), tip);
+}
+
+TEST_F(Layout, TabReachesEveryInput) {
+  for (const auto& form : sampleForms()) {
+    SCOPED_TRACE(form->name());
+    if (form->find("XPOption[0]")) form->get<forms::OptionButton>("XPOption[2]").setSelected(true);
+    adapters::qt::Window window(*form, nullptr);
+    window.show();
+    settle();
+    ASSERT_NE(window.focusWidget(), nullptr);
+    EXPECT_FALSE(window.focusWidget()->property("readOnly").toBool())
+        << "the clerk begins where something can be done";
+    std::set<QWidget*> reached;
+    while (reached.insert(window.focusWidget()).second) QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+    for (forms::Control* const control : form->controls()) {
+      if (dynamic_cast<forms::Label*>(control) || dynamic_cast<forms::Picture*>(control) ||
+          dynamic_cast<forms::ProgressBar*>(control) || dynamic_cast<forms::StatusBar*>(control)) {
+        continue;
+      }
+      // Of the options the selected one is reached; the arrow keys lead to the others.
+      const auto* const option = dynamic_cast<forms::OptionButton*>(control);
+      EXPECT_EQ(reached.contains(&widget<QWidget>(window, control->name().c_str())), !option || option->selected())
+          << control->name();
+    }
+  }
+}
+
+TEST_F(Layout, AcceleratorsAreUnique) {
+  for (const auto& form : sampleForms()) {
+    adapters::qt::Window window(*form, nullptr);
+    std::set<QString> letters;
+    const auto take = [&](const QString& text, bool needed) {
+      const QString letter = QKeySequence::mnemonic(text).toString();
+      EXPECT_TRUE(letter.isEmpty() ? !needed : letters.insert(letter).second)
+          << form->name() << ": " << text.toStdString();
+    };
+    for (const auto* const button : window.findChildren<QAbstractButton*>()) {
+      if (!button->objectName().startsWith(u"qt_")) take(button->text(), true);
+    }
+    for (const auto* const label : window.findChildren<QLabel*>()) {
+      if (label->buddy()) take(label->text(), false);
+    }
+  }
+  const QString hard = adapters::qt::withAccelerator("Sichern && mehr", 'm');
+  EXPECT_EQ(hard, QString("Sichern &&&& &mehr"));
+}
+
+/// The samples stand for the windows of the component: a control that is missing in one of the two would go unseen.
+TEST_F(Layout, SamplesHaveTheControlsOfTheRealWindows) {
+  const test::TempDir directory;
+  kartix::Setup setup;
+  setup.registryFile = directory / "registry.reg";
+  setup.userInterface = clerk.get();
+  Component component(setup);
+  Workplace& place = component.workplace();
+  const auto names = [](const forms::Form& form) {
+    std::set<std::string> all;
+    for (const forms::Control* const control : form.controls()) all.insert(control->name());
+    return all;
+  };
+  const auto expectAlike = [&](const forms::Form& real) {
+    const auto sample = sampleForm(real.name());
+    ASSERT_TRUE(sample) << real.name();
+    EXPECT_EQ(names(*sample), names(real)) << real.name();
+    EXPECT_EQ(sample->caption(), real.caption());
+  };
+  expectAlike(StartForm(place));
+  expectAlike(Auswahl(place));
+  expectAlike(ZKR(place));
+  expectAlike(Bestellung(place));
+  expectAlike(fStorno(place));
+  expectAlike(Mitteilung(place));
+  expectAlike(ZEVISPassChange(place.runtime));
+  expectAlike(BestellFehler(place.runtime));
+  MessageBox box(place.runtime);
+  box.setCaption("ARGO Kartix - Hinweis");
+  expectAlike(box);
+  expectAlike(SystemMessageBox("ARGO Kartix", ""));
+}
+
+}  // namespace
+}  // namespace kartix::tests
