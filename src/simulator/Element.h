@@ -25,8 +25,8 @@ struct Element {
   std::string value(std::string_view name) const;
 };
 
-/// The document element of a received document: nothing when it is not well-formed, when it declares or uses an
-/// entity of its own making, or when it nests more than 32 elements or holds more than 10,000.
+/// The document element of a received document: nothing when it is not well-formed, when it declares attributes, or
+/// declares or uses an entity of its own making, or when it nests more than 32 elements or holds more than 10,000.
 std::optional<Element> parseXml(std::string_view bytes);
 
 /// The document with its declaration, in ISO-8859-1. Characters outside it become character references.

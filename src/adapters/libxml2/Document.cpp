@@ -18,27 +18,43 @@ const xmlChar* bytesOf(const std::string& text) { return reinterpret_cast<const 
 
 std::string textOf(const xmlChar* text) { return text ? reinterpret_cast<const char*>(text) : std::string(); }
 
-/// Entities other than the predefined five do not exist here: declaring one has no effect, using one makes the
-/// document unusable. So nothing is ever expanded or fetched.
+/// Ends the parsing; the document counts as not well-formed.
+void refuse(void* context) {
+  auto* const parser = static_cast<xmlParserCtxt*>(context);
+  parser->wellFormed = 0;
+  xmlStopParser(parser);
+}
+
+/// Entities other than the predefined five make a document unusable, be they declared or used. So nothing is ever
+/// expanded or fetched.
 xmlEntity* onlyPredefined(void* context, const xmlChar* name) {
   if (xmlEntity* const predefined = xmlGetPredefinedEntity(name)) return predefined;
-  static_cast<xmlParserCtxt*>(context)->wellFormed = 0;
+  refuse(context);
   return nullptr;
 }
 
 xmlEntity* noParameterEntity(void* context, const xmlChar*) {
-  static_cast<xmlParserCtxt*>(context)->wellFormed = 0;
+  refuse(context);
   return nullptr;
 }
 
-void ignoreEntity(void*, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) {}
+void noEntity(void* context, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) { refuse(context); }
+
+/// Values for attributes that are left out make it unusable too. The library tries each of them on every element: a
+/// few thousand of both would keep it busy for minutes.
+void noDefaultValue(void* context, const xmlChar*, const xmlChar*, int, int, const xmlChar* value,
+                    xmlEnumeration* choices) {
+  xmlFreeEnumeration(choices);
+  if (value) refuse(context);
+}
 
 xmlDoc* parsed(const std::string& text) {
   const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(), xmlFreeParserCtxt);
   if (!parser) throw std::bad_alloc();
   parser->sax->getEntity = onlyPredefined;
   parser->sax->getParameterEntity = noParameterEntity;
-  parser->sax->entityDecl = ignoreEntity;
+  parser->sax->entityDecl = noEntity;
+  parser->sax->attributeDecl = noDefaultValue;
   constexpr int options = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_IGNORE_ENC;
   return xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()), nullptr, "UTF-8", options);
 }
