@@ -72,6 +72,8 @@ class KARTIX_EXPORT CFahrerkarte {
 
  private:
   std::string CardKeyText() const;
+  bool writeNew(const std::string& spersonennummer) const;
+  bool writeChanges(const std::string& skartennr, const std::string& spersonennummer) const;
 
   Runtime* runtime_;
   std::string abgabestatus_;

@@ -52,6 +52,8 @@ class KARTIX_EXPORT CPersonalien {
   bool update(const std::string& spersonennummer);
 
  private:
+  bool writeChanges(const std::string& spersonennummer) const;
+
   Runtime* runtime_;
   std::string anrede_;
 };

@@ -63,8 +63,8 @@ class KARTIX_EXPORT DBETXTDatabase {
 
  private:
   std::int16_t openDatabase();
+  void closeDatabase();
   std::int16_t execute(const std::string& statement, bool commit);
-  std::string padded(const std::string& statement, std::size_t size) const;
 
   Runtime& runtime_;
   std::string sDBEip_;

@@ -1,7 +1,5 @@
 #include "kartix/Kartix.h"
 
-#include <exception>
-
 #include "common/Numbers.h"
 #include "component/Component.h"
 #include "dialogs/Operations.h"
@@ -11,6 +9,7 @@
 #include "hostdb/ARGOInterface.h"
 #include "hostdb/Session.h"
 #include "platform/HttpLibrary.h"
+#include "runtime/Guard.h"
 #include "runtime/Runtime.h"
 
 namespace kartix {
@@ -22,26 +21,14 @@ constexpr std::int32_t notCarriedOut = -1;
 /// Oldest version of the HTTP client library that will do: 2.5.2.
 constexpr std::int32_t neededVersion = 205002;
 
-/// Nothing may leave a public call: a failure that no room has dealt with is traced and ends the call.
-template <class Result, class Action>
-Result guarded(Runtime& runtime, Result failure, Action action) {
-  try {
-    return action();
-  } catch (const std::exception& error) {
-    runtime.trace.TraceLine(std::string("Abbruch: ") + error.what(), trace_level::calls);
-  } catch (...) {
-    runtime.trace.TraceLine("Abbruch: unbekannter Fehler", trace_level::calls);
-  }
-  return failure;
-}
-
 /// What the four operations have in common.
 template <class Operation>
 std::int32_t operate(Component& component, bool initialised, std::string_view name, Operation operation) {
   Workplace& place = component.workplace();
-  place.runtime.trace.TraceCall(name);
-  if (!initialised || !place.session.ready()) return notCarriedOut;
-  return guarded(place.runtime, notCarriedOut, [&]() -> std::int32_t { return operation(place); });
+  return guarded(place.runtime.trace, name, notCarriedOut, [&]() -> std::int32_t {
+    place.runtime.trace.TraceCall(name);
+    return initialised && place.session.ready() ? operation(place) : notCarriedOut;
+  });
 }
 
 std::int32_t outcome(std::int16_t result) { return result == carriedOut ? carriedOut : notCarriedOut; }
@@ -51,7 +38,7 @@ std::int32_t outcome(std::int16_t result) { return result == carriedOut ? carrie
 Kartix::Kartix(Component& component) : component_(component) {
   Runtime& runtime = component_.runtime();
   runtime.forgetDisplay();
-  guarded(runtime, 0, [&] {
+  guarded(runtime.trace, "Class_Initialize", 0, [&] {
     runtime.TraceOpen();
     return 0;
   });
@@ -59,7 +46,7 @@ Kartix::Kartix(Component& component) : component_(component) {
 
 Kartix::~Kartix() {
   Runtime& runtime = component_.runtime();
-  guarded(runtime, 0, [&] {
+  guarded(runtime.trace, "Class_Terminate", 0, [&] {
     component_.session().release();
     runtime.trace.TraceLine("************ CLASS TERMINATED. ***************", trace_level::calls);
     runtime.TraceClose();
@@ -68,11 +55,13 @@ Kartix::~Kartix() {
 }
 
 bool Kartix::init(const std::string& changeuser, const std::string& personennummer) {
-  Runtime& runtime = component_.runtime();
-  runtime.trace.TraceCall("Function init");
+  Trace& trace = component_.runtime().trace;
   // A failed start must not leave the host with the person of an earlier one.
   Initialised_ = false;
-  Initialised_ = guarded(runtime, false, [&] { return start(changeuser, personennummer); });
+  Initialised_ = guarded(trace, "Function init", false, [&] {
+    trace.TraceCall("Function init");
+    return start(changeuser, personennummer);
+  });
   return Initialised_;
 }
 

@@ -4,6 +4,7 @@
 #include "component/Dispatch.h"
 #include "hostdb/Session.h"
 #include "kartix/Kartix.h"
+#include "runtime/Guard.h"
 #include "runtime/Runtime.h"
 
 namespace kartix {
@@ -52,16 +53,26 @@ constexpr std::array properties = {
 /// What every property does: trace the call, read the result record, trace the value.
 class Reading {
  public:
-  Reading(Component& component, const char* name) : runtime_(component.runtime()), name_(name) {
-    runtime_.trace.TraceCall(name_);
-  }
+  Reading(Component& component, const char* name) : runtime_(component.runtime()), name_(name) {}
+
   std::string text(const std::string& value) const {
-    runtime_.trace.TraceParam(name_, value, trace_level::calls);
-    return value;
+    return traced([&] { return value; });
   }
-  std::string date(const std::string& value) const { return text(runtime_.global.datum(value, false)); }
+  std::string date(const std::string& value) const {
+    return traced([&] { return runtime_.global.datum(value, false); });
+  }
 
  private:
+  template <class Read>
+  std::string traced(Read read) const {
+    return guarded(runtime_.trace, name_, std::string(), [&] {
+      runtime_.trace.TraceCall(name_);
+      std::string value = read();
+      runtime_.trace.TraceParam(name_, value, trace_level::calls);
+      return value;
+    });
+  }
+
   Runtime& runtime_;
   const char* name_;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <exception>
 
 #include "common/Dates.h"
 #include "common/Numbers.h"
@@ -10,6 +9,7 @@
 #include "hostdb/HostStatements.h"
 #include "kartix/DBETXTDatabase.h"
 #include "platform/Clock.h"
+#include "runtime/Guard.h"
 #include "runtime/Runtime.h"
 
 namespace kartix {
@@ -73,7 +73,16 @@ std::string CFahrerkarte::CardKeyText() const {
   return "120000000:FAHRERKARTE" + std::string(noDate);
 }
 
-bool CFahrerkarte::insert(const std::string& spersonennummer) try {
+bool CFahrerkarte::insert(const std::string& spersonennummer) {
+  return guarded(runtime_->trace, "CFahrerkarte::insert", false, [&] { return writeNew(spersonennummer); });
+}
+
+bool CFahrerkarte::update(const std::string& skartennr, const std::string& spersonennummer) {
+  return guarded(runtime_->trace, "CFahrerkarte::update", false,
+                 [&] { return writeChanges(skartennr, spersonennummer); });
+}
+
+bool CFahrerkarte::writeNew(const std::string& spersonennummer) const {
   if (!isPersonNumber(spersonennummer)) return false;
   DBETXTDatabase database(*runtime_);
   if (!openConfigured(*runtime_, database)) return false;
@@ -107,12 +116,9 @@ bool CFahrerkarte::insert(const std::string& spersonennummer) try {
   if (database.addDataset("BEARBEITUNG", true) != 0) return false;
   writeExchangeLog(*runtime_, database, spersonennummer, kfsnr, "Übernahme kompletter ZKR-Datensatz Nr. " + kartennr);
   return true;
-} catch (const std::exception& error) {
-  runtime_->trace.TraceLine(std::string("CFahrerkarte::insert: ") + error.what(), trace_level::calls);
-  return false;
 }
 
-bool CFahrerkarte::update(const std::string& skartennr, const std::string& spersonennummer) try {
+bool CFahrerkarte::writeChanges(const std::string& skartennr, const std::string& spersonennummer) const {
   std::string statement = "update bearbeitung set ";
   statement += assignment("sonst1 = ", kartennr);
   statement += assignment("datum01 = ", antragsdatum);
@@ -131,9 +137,6 @@ bool CFahrerkarte::update(const std::string& skartennr, const std::string& spers
   writeExchangeLog(*runtime_, database, spersonennummer, " ",
                    "Aktualisierung Fahrerkarte Nr. " + skartennr + " aus ZKR");
   return true;
-} catch (const std::exception& error) {
-  runtime_->trace.TraceLine(std::string("CFahrerkarte::update: ") + error.what(), trace_level::calls);
-  return false;
 }
 
 }  // namespace kartix

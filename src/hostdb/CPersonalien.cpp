@@ -1,10 +1,9 @@
 #include "kartix/CPersonalien.h"
 
-#include <exception>
-
 #include "common/Text.h"
 #include "hostdb/HostStatements.h"
 #include "kartix/DBETXTDatabase.h"
+#include "runtime/Guard.h"
 #include "runtime/Runtime.h"
 
 namespace kartix {
@@ -43,7 +42,11 @@ std::string CPersonalien::kbaanrede() const {
   return anrede_ == "Frau" ? "2" : "0";
 }
 
-bool CPersonalien::update(const std::string& spersonennummer) try {
+bool CPersonalien::update(const std::string& spersonennummer) {
+  return guarded(runtime_->trace, "CPersonalien::update", false, [&] { return writeChanges(spersonennummer); });
+}
+
+bool CPersonalien::writeChanges(const std::string& spersonennummer) const {
   std::string statement = "update personalien set ";
   statement += assignment("familienname=", familienname);
   statement += assignment("geburtsname=", geburtsname);
@@ -66,9 +69,6 @@ bool CPersonalien::update(const std::string& spersonennummer) try {
   if (database.executeSQL(statement, true) != 0) return false;
   writeExchangeLog(*runtime_, database, spersonennummer, " ", "Aktualisierung Personalien aus ZKR nach ARGO");
   return true;
-} catch (const std::exception& error) {
-  runtime_->trace.TraceLine(std::string("CPersonalien::update: ") + error.what(), trace_level::calls);
-  return false;
 }
 
 }  // namespace kartix

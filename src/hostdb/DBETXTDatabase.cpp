@@ -3,6 +3,7 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "platform/DbeLibrary.h"
+#include "runtime/Guard.h"
 #include "runtime/Runtime.h"
 
 namespace kartix {
@@ -11,6 +12,9 @@ namespace {
 constexpr std::size_t maxFields = 400;
 constexpr std::size_t fieldSize = 4096;
 constexpr std::size_t smallBuffer = 10;
+
+/// Result of an operation that has not taken place.
+constexpr std::int16_t notDone = -1;
 
 constexpr std::int16_t noClient = -2;
 constexpr std::int16_t noConnection = -3;
@@ -31,12 +35,21 @@ std::string_view openFailure(std::int16_t code) {
 
 std::string cleaned(std::string_view buffer) { return text::trim(text::untilNul(buffer)); }
 
+/// `statement` with blanks at its end up to `size` characters: the library answers in the same buffer.
+std::string padded(const std::string& statement, std::size_t size) {
+  const std::size_t length = text::length(statement);
+  return length < size ? statement + std::string(size - length, ' ') : statement;
+}
+
 }  // namespace
 
 DBETXTDatabase::DBETXTDatabase(Runtime& runtime) : runtime_(runtime) {}
 
-DBETXTDatabase::~DBETXTDatabase() {
+DBETXTDatabase::~DBETXTDatabase() { closeDatabase(); }
+
+void DBETXTDatabase::closeDatabase() {
   if (!Open_) return;
+  Open_ = false;
   runtime_.machine.dbe.DBE_Disconnect(client_, connection_);
   runtime_.machine.dbe.DBE_CLEANUP(client_);
 }
@@ -48,29 +61,32 @@ std::string DBETXTDatabase::db_prepare(const std::string& val) {
 bool DBETXTDatabase::init(const std::string& sDBEip, const std::string& sDBEPort, const std::string& sSysUser,
                           const std::string& sSysPass, const std::string& sDBName, const std::string& sDBUser,
                           const std::string& sdbPass, const std::string& sAppkey) {
-  Trace& trace = runtime_.trace;
-  trace.TraceEnter("DBETXTDatabase::init");
-  trace.TraceParam("sDBEip", sDBEip);
-  trace.TraceParam("sDBEPort", sDBEPort);
-  trace.TraceParam("sSysUser", sSysUser);
-  trace.TraceParam("sSysPass", sSysPass);
-  trace.TraceParam("sDBName", sDBName);
-  trace.TraceParam("sDBUser", sDBUser);
-  trace.TraceParam("sdbPass", sdbPass);
-  trace.TraceParam("sAppkey", sAppkey);
-  sDBEip_ = sDBEip;
-  sDBEPort_ = sDBEPort;
-  sSysUser_ = sSysUser;
-  sSysPass_ = sSysPass;
-  sDBName_ = sDBName;
-  sDBUser_ = sDBUser;
-  sdbPass_ = sdbPass;
-  sAppkey_ = sAppkey;
-  const std::int16_t code = openDatabase();
-  Ready_ = code == 0;
-  if (!Ready_) runtime_.reporting.showSystemMessage(openFailure(code), "Fehler beim Öffnen der Datenbank");
-  trace.TraceLeave("DBETXTDatabase::exit");
-  return Ready_;
+  Ready_ = false;
+  return guarded(runtime_.trace, "DBETXTDatabase::init", false, [&] {
+    Trace& trace = runtime_.trace;
+    trace.TraceEnter("DBETXTDatabase::init");
+    trace.TraceParam("sDBEip", sDBEip);
+    trace.TraceParam("sDBEPort", sDBEPort);
+    trace.TraceParam("sSysUser", sSysUser);
+    trace.TraceParam("sSysPass", sSysPass);
+    trace.TraceParam("sDBName", sDBName);
+    trace.TraceParam("sDBUser", sDBUser);
+    trace.TraceParam("sdbPass", sdbPass);
+    trace.TraceParam("sAppkey", sAppkey);
+    sDBEip_ = sDBEip;
+    sDBEPort_ = sDBEPort;
+    sSysUser_ = sSysUser;
+    sSysPass_ = sSysPass;
+    sDBName_ = sDBName;
+    sDBUser_ = sDBUser;
+    sdbPass_ = sdbPass;
+    sAppkey_ = sAppkey;
+    const std::int16_t code = openDatabase();
+    Ready_ = code == 0;
+    if (!Ready_) runtime_.reporting.showSystemMessage(openFailure(code), "Fehler beim Öffnen der Datenbank");
+    trace.TraceLeave("DBETXTDatabase::exit");
+    return Ready_;
+  });
 }
 
 std::int16_t DBETXTDatabase::openDatabase() {
@@ -92,12 +108,8 @@ std::int16_t DBETXTDatabase::openDatabase() {
     Open_ = true;
     return 0;
   };
-  if (Open_) {
-    // A second init replaces the connection.
-    runtime_.machine.dbe.DBE_Disconnect(client_, connection_);
-    runtime_.machine.dbe.DBE_CLEANUP(client_);
-    Open_ = false;
-  }
+  // A second init replaces the connection.
+  closeDatabase();
   runtime_.trace.TraceEnter("DBETXTDatabase::openDatabase");
   const std::int16_t code = open();
   runtime_.trace.TraceLeave("DBETXTDatabase::openDatabase", std::to_string(code));
@@ -106,49 +118,51 @@ std::int16_t DBETXTDatabase::openDatabase() {
 
 void DBETXTDatabase::resetDataset() { dataset_.clear(); }
 
-std::string DBETXTDatabase::padded(const std::string& statement, std::size_t size) const {
-  const std::size_t length = text::length(statement);
-  return length < size ? statement + std::string(size - length, ' ') : statement;
-}
-
 std::int32_t DBETXTDatabase::query(std::string& sSql, std::string& sCursor) {
-  row_.clear();
-  if (!Ready_) return -1;
-  platform::DbeLibrary& dbe = runtime_.machine.dbe;
-  std::string buffer = padded(sSql, dbe.TXT_BUFFERSIZE() + 1);
-  std::string cursor(smallBuffer, '\0');
-  std::string count(smallBuffer, '\0');
-  const std::int16_t result = dbe.DBE_Query(client_, connection_, cursor, count, buffer);
-  sSql = cleaned(buffer);
-  if (result < 0) return result;
-  row_ = sSql;
-  sCursor = cleaned(cursor);
-  return leadingInt32(count);
+  return guarded(runtime_.trace, "DBETXTDatabase::query", std::int32_t{notDone}, [&]() -> std::int32_t {
+    row_.clear();
+    if (!Ready_) return notDone;
+    platform::DbeLibrary& dbe = runtime_.machine.dbe;
+    std::string buffer = padded(sSql, dbe.TXT_BUFFERSIZE() + 1);
+    std::string cursor(smallBuffer, '\0');
+    std::string count(smallBuffer, '\0');
+    const std::int16_t result = dbe.DBE_Query(client_, connection_, cursor, count, buffer);
+    sSql = cleaned(buffer);
+    if (result < 0) return result;
+    row_ = sSql;
+    sCursor = cleaned(cursor);
+    return leadingInt32(count);
+  });
 }
 
 std::int32_t DBETXTDatabase::queryNext(std::string& sBuf, const std::string& sCursor) {
-  if (!Ready_) return -1;
-  platform::DbeLibrary& dbe = runtime_.machine.dbe;
-  row_.clear();
-  std::string count(smallBuffer, ' ');
-  std::string buffer(dbe.TXT_BUFFERSIZE(), ' ');
-  const std::int16_t result = dbe.DBE_GetNextEntry(client_, connection_, 1, sCursor, count, buffer);
-  if (result < 0) {
-    sBuf.clear();
-    return result;
-  }
-  sBuf = cleaned(buffer);
-  row_ = sBuf;
-  return leadingInt32(count);
+  return guarded(runtime_.trace, "DBETXTDatabase::queryNext", std::int32_t{notDone}, [&]() -> std::int32_t {
+    if (!Ready_) return notDone;
+    platform::DbeLibrary& dbe = runtime_.machine.dbe;
+    row_.clear();
+    std::string count(smallBuffer, ' ');
+    std::string buffer(dbe.TXT_BUFFERSIZE(), ' ');
+    const std::int16_t result = dbe.DBE_GetNextEntry(client_, connection_, 1, sCursor, count, buffer);
+    if (result < 0) {
+      sBuf.clear();
+      return result;
+    }
+    sBuf = cleaned(buffer);
+    row_ = sBuf;
+    return leadingInt32(count);
+  });
 }
 
 void DBETXTDatabase::closeCursor(const std::string& sCursor) {
-  if (Ready_) runtime_.machine.dbe.DBE_CloseCursor(client_, connection_, sCursor);
+  if (!Ready_) return;
+  guarded(runtime_.trace, "DBETXTDatabase::closeCursor", notDone,
+          [&] { return runtime_.machine.dbe.DBE_CloseCursor(client_, connection_, sCursor); });
 }
 
 std::string DBETXTDatabase::Datafield(std::int16_t i) const {
   if (!Ready_ || i < 1 || static_cast<std::size_t>(i) > maxFields || row_.empty()) return {};
-  return cleaned(runtime_.machine.dbe.DBE_COPYBUF(row_, i, fieldSize));
+  return guarded(runtime_.trace, "DBETXTDatabase::Datafield", std::string(),
+                 [&] { return cleaned(runtime_.machine.dbe.DBE_COPYBUF(row_, i, fieldSize)); });
 }
 
 void DBETXTDatabase::addDatafield(const std::string& sVal) {
@@ -164,15 +178,18 @@ std::int16_t DBETXTDatabase::execute(const std::string& statement, bool commit) 
 }
 
 std::int16_t DBETXTDatabase::addDataset(const std::string& sTable, bool commit) {
-  if (!Ready_ || dataset_.empty()) return -1;
-  std::string statement = "insert into " + sTable + " values (";
-  for (const std::string& value : dataset_) statement += "'" + db_prepare(value) + "',";
-  statement.back() = ')';
-  return execute(statement, commit);
+  if (!Ready_ || dataset_.empty()) return notDone;
+  return guarded(runtime_.trace, "DBETXTDatabase::addDataset", notDone, [&] {
+    std::string statement = "insert into " + sTable + " values (";
+    for (const std::string& value : dataset_) statement += "'" + db_prepare(value) + "',";
+    statement.back() = ')';
+    return execute(statement, commit);
+  });
 }
 
 std::int16_t DBETXTDatabase::executeSQL(const std::string& sSql, bool commit) {
-  return Ready_ ? execute(sSql, commit) : std::int16_t{-1};
+  if (!Ready_) return notDone;
+  return guarded(runtime_.trace, "DBETXTDatabase::executeSQL", notDone, [&] { return execute(sSql, commit); });
 }
 
 }  // namespace kartix

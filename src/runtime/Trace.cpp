@@ -79,4 +79,12 @@ void Trace::TraceRegDump() {
   TraceSeparator();
 }
 
+void Trace::TraceAbort(std::string_view call, std::string_view reason) noexcept {
+  try {
+    TraceLine(std::string(call).append(": Abbruch: ").append(reason), trace_level::calls);
+  } catch (...) {
+    // There is nobody left to tell.
+  }
+}
+
 }  // namespace kartix

@@ -56,6 +56,8 @@ class Trace {
   void TraceSeparator();
   void TraceCall(std::string_view name);
   void TraceRegDump();
+  /// A public call ended early because of `reason`. Never throws, whatever the state of the machine.
+  void TraceAbort(std::string_view call, std::string_view reason) noexcept;
 
  private:
   struct Close {

@@ -216,6 +216,20 @@ TEST_P(Records, AFailedWriteLeavesNoLogRowAndAFailedLogDoesNotMatter) {
   EXPECT_EQ(machine.messages.take().size(), 2U);
 }
 
+TEST(Record, ThrowsNothingAtItsHost) {
+  struct BrokenWindow : MessageWindow {
+    std::int16_t showMessage(const Message&) override { throw std::runtime_error("no window"); }
+    void showSystemMessage(std::string_view, std::string_view) override { throw 1; }
+  } broken;
+  TestMachine machine(adapters::makeSqliteDbe());
+  machine.runtime.reporting.setMessageWindow(&broken);
+  EXPECT_FALSE(DBETXTDatabase(machine.runtime).init("", "", "", "", "missing", "", ""));
+  CPersonalien person(machine.runtime);
+  person.titel = "Dr.";
+  EXPECT_FALSE(person.update("4711"));
+  EXPECT_FALSE(CFahrerkarte(machine.runtime).insert("4711"));
+}
+
 TEST(Record, CardTellsItsStatus) {
   TestMachine machine(adapters::makeSqliteDbe());
   CFahrerkarte card(machine.runtime);
