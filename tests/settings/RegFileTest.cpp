@@ -104,6 +104,15 @@ TEST(RegFile, BrokenFileGivesNothingAndIsLeftAlone) {
   }
 }
 
+TEST(RegFile, AForgottenQuoteBeforeAMillionLinesTakesNoTime) {
+  const test::TempDir directory;
+  writeBytes(directory / "store.reg",
+             "REGEDIT4\n[HKEY_CURRENT_USER\\K]\n\"Ort\"=\"x" + std::string(1U << 20U, '\n') + "\"Good\"=\"y\"\n");
+  const auto registry = makeRegFile(directory / "store.reg");
+  EXPECT_FALSE(registry->RegQueryValueEx("K", "Ort"));
+  EXPECT_EQ(registry->RegQueryValueEx("K", "Good")->text, "y");
+}
+
 TEST(RegFile, NewFileIsPrivateAndALinkIsFollowed) {
   const test::TempDir directory;
   const auto file = directory / "deep" / "er" / "store.reg";

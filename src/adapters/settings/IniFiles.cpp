@@ -11,7 +11,7 @@ namespace kartix::adapters {
 namespace {
 
 bool sameName(std::string_view bytes, std::string_view name) {
-  return text::equalNoCase(codepage::fromAnsi(withoutBlanks(bytes)), codepage::fromAnsi(withoutBlanks(name)));
+  return text::equalNoCase(withoutBlanks(bytes), withoutBlanks(name));
 }
 
 bool isQuoted(std::string_view value) {

@@ -41,18 +41,17 @@ std::string quoted(std::string_view text) {
   return result + "\"";
 }
 
-/// Takes a quoted text from the front of `source`. Nothing when its closing quote is missing.
-std::optional<std::string> takeQuoted(std::string_view& source) {
-  std::string result;
-  for (std::size_t i = 1; i < source.size(); ++i) {
-    if (source[i] == '"') {
-      source.remove_prefix(i + 1);
-      return result;
-    }
+/// Moves what stands before the closing quote from `source` to the end of `text` and drops the quote. False when
+/// there is none; all of `source` has been moved then.
+bool takeUntilQuote(std::string_view& source, std::string& text) {
+  std::size_t i = 0;
+  while (i < source.size() && source[i] != '"') {
     if (source[i] == '\\' && i + 1 < source.size()) ++i;
-    result.push_back(source[i]);
+    text.push_back(source[i++]);
   }
-  return std::nullopt;
+  const bool closed = i < source.size();
+  source.remove_prefix(closed ? i + 1 : i);
+  return closed;
 }
 
 template <typename Number>
@@ -137,9 +136,9 @@ std::optional<std::pair<std::string, RegDocument::Value>> RegDocument::readValue
   if (source.starts_with('@')) {
     source.remove_prefix(1);
   } else if (source.starts_with('"')) {
-    auto taken = takeQuoted(source);
-    if (!taken) return std::nullopt;
-    name = text::upper(*taken);
+    source.remove_prefix(1);
+    if (!takeUntilQuote(source, name)) return std::nullopt;
+    name = text::upper(name);
   } else {
     return std::nullopt;
   }
@@ -171,21 +170,18 @@ std::optional<RegistryValue> RegDocument::readData(std::string_view data, Value&
 std::optional<RegistryValue> RegDocument::readText(std::string_view data, Value& where) const {
   // A text may hold line breaks. They count only when the text ends where a line ends: a forgotten quote must not
   // swallow the values below it.
-  std::string collected(data);
-  for (;;) {
-    std::string_view rest = collected;
-    if (auto taken = takeQuoted(rest)) {
-      if (!nothingFollows(rest)) return std::nullopt;
-      RegistryValue value;
-      value.type = RegistryValue::Type::string;
-      value.text = std::move(*taken);
-      return value;
-    }
+  RegistryValue value;
+  value.type = RegistryValue::Type::string;
+  data.remove_prefix(1);
+  while (!takeUntilQuote(data, value.text)) {
     const std::size_t next = where.line + where.count;
     if (next >= lines_.size() || lines_[next].starts_with('[')) return std::nullopt;
-    collected.append("\r\n").append(lines_[next]);
+    value.text.append("\r\n");
+    data = lines_[next];
     ++where.count;
   }
+  if (!nothingFollows(data)) return std::nullopt;
+  return value;
 }
 
 std::optional<RegistryValue> RegDocument::readHex(std::string_view data, Value& where) const {
