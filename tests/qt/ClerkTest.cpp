@@ -27,15 +27,10 @@ using forms::TextField;
 class Clerk : public QtWindows {};
 
 TEST_F(Clerk, KeyFilterWorksOnTypedAndPastedText) {
-  const auto form = sampleForm("StartForm");
-  auto& field = form->get<TextField>("Text[4]");
+  const auto form = samples.make("StartForm");
+  auto& field = control<TextField>(*form, "Text[4]");
   int changes = 0;
   field.onChange = [&] { ++changes; };
-  field.onKeyPress = [](char32_t key) -> std::optional<char32_t> {
-    if (key >= U'a' && key <= U'z') return key - U'a' + U'A';
-    const bool passes = (key >= U'A' && key <= U'Z') || (key >= U'0' && key <= U'9');
-    return passes ? std::optional(key) : std::nullopt;
-  };
   show(*form, [&](QDialog& window) {
     auto& edit = widget<QLineEdit>(window, "Text[4]");
     QTest::keyClicks(&edit, "ab-1");
@@ -63,8 +58,8 @@ TEST_F(Clerk, KeyFilterWorksOnTypedAndPastedText) {
 }
 
 TEST_F(Clerk, LinesGoAsTheFormKnowsThem) {
-  const auto form = sampleForm("Mitteilung");
-  auto& text = form->get<TextField>("Textbox[0]");
+  const auto form = samples.make("Mitteilung");
+  auto& text = control<TextField>(*form, "Textbox[0]");
   show(*form, [&](QDialog& window) {
     auto& edit = widget<QPlainTextEdit>(window, "Textbox[0]");
     edit.selectAll();
@@ -77,7 +72,7 @@ TEST_F(Clerk, LinesGoAsTheFormKnowsThem) {
 }
 
 TEST_F(Clerk, PasswordsAreMaskedAndReadOnlyFieldsTakeNothing) {
-  const auto form = sampleForm("ZEVISPassChange");
+  const auto form = samples.make("ZEVISPassChange");
   show(*form, [&](QDialog& window) {
     for (const char* name : {"Text[0]", "Text[1]", "Text[2]"}) {
       auto& edit = widget<QLineEdit>(window, name);
@@ -86,13 +81,13 @@ TEST_F(Clerk, PasswordsAreMaskedAndReadOnlyFieldsTakeNothing) {
     }
     auto& account = widget<QLineEdit>(window, "Text[3]");
     QTest::keyClicks(&account, "x");
-    EXPECT_EQ(form->get<TextField>("Text[3]").text(), "argo01");
+    EXPECT_EQ(control<TextField>(*form, "Text[3]").text(), "argo01");
   });
 }
 
 TEST_F(Clerk, DropDownListTakesItsEntriesOnly) {
-  const auto form = sampleForm("Bestellung");
-  auto& combo = form->get<ComboBox>("Combo[1]");
+  const auto form = samples.make("Bestellung");
+  auto& combo = control<ComboBox>(*form, "Combo[1]");
   combo.setText("Standard");
   std::string chosen;
   combo.onChange = [&] { chosen = combo.text(); };
@@ -112,8 +107,8 @@ TEST_F(Clerk, DropDownListTakesItsEntriesOnly) {
 }
 
 TEST_F(Clerk, ListIsChosenFromByDoubleClickAndEnter) {
-  const auto form = sampleForm("Auswahl");
-  auto& list = form->get<ListView>("Liste");
+  const auto form = samples.make("Auswahl");
+  auto& list = control<ListView>(*form, "Liste");
   std::vector<std::string> heard;
   const auto row = [&] { return std::to_string(list.currentRow().value()); };
   list.onDoubleClick = [&] { heard.push_back("double " + row()); };
@@ -131,9 +126,9 @@ TEST_F(Clerk, ListIsChosenFromByDoubleClickAndEnter) {
 }
 
 TEST_F(Clerk, OptionsExcludeEachOther) {
-  const auto form = sampleForm("StartForm");
+  const auto form = samples.make("StartForm");
   const auto option = [&](int i) -> OptionButton& {
-    return form->get<OptionButton>("XPOption[" + std::to_string(i) + "]");
+    return control<OptionButton>(*form, "XPOption[" + std::to_string(i) + "]");
   };
   show(*form, [&](QDialog& window) {
     option(0).setSelected(true);
@@ -152,20 +147,20 @@ TEST_F(Clerk, OptionsExcludeEachOther) {
 }
 
 TEST_F(Clerk, EnterEscapeAndLettersPressButtons) {
-  class Stubborn : public SampleForm {
-   public:
-    using SampleForm::SampleForm;
+  struct Stubborn : forms::Form {
+    Stubborn() : Form("fStorno", "Stur") {}
     void onCloseBox() override { ++closed; }
+    TextField field{*this, "ZEVISPass"};
+    Button action{*this, "Button[0]"};
+    Button cancel{*this, "Button[1]"};
     int closed = 0;
-  } form("fStorno", "x");
-  auto& field = form.add<TextField>("ZEVISPass");
-  auto& action = form.add<Button>("Button[0]", "Stornieren");
-  auto& cancel = form.add<Button>("Button[1]", "Abbrechen");
-  action.isDefault = true;
+  } form;
+  form.action.setText("Stornieren");
+  form.action.isDefault = true;
   int actions = 0;
   int cancels = 0;
-  action.onClick = [&] { ++actions; };
-  cancel.onClick = [&] { ++cancels; };
+  form.action.onClick = [&] { ++actions; };
+  form.cancel.onClick = [&] { ++cancels; };
   show(form, [&](QDialog& window) {
     auto& edit = widget<QLineEdit>(window, "ZEVISPass");
     edit.setFocus();
@@ -178,7 +173,7 @@ TEST_F(Clerk, EnterEscapeAndLettersPressButtons) {
     QTest::keyClick(&edit, Qt::Key_S, Qt::AltModifier);
     EXPECT_TRUE(QTest::qWaitFor([&] { return actions == 2; }));
     edit.setFocus();
-    action.setEnabled(false);
+    form.action.setEnabled(false);
     QTest::keyClick(&edit, Qt::Key_Return);
     EXPECT_EQ(actions, 2);
     QTest::keyClick(&edit, Qt::Key_Escape);
@@ -187,7 +182,7 @@ TEST_F(Clerk, EnterEscapeAndLettersPressButtons) {
     EXPECT_TRUE(form.shown() && window.isVisible());
     // A click on a field is one on its control, and F2 for those who use the keyboard.
     int clicks = 0;
-    field.onClick = [&] { ++clicks; };
+    form.field.onClick = [&] { ++clicks; };
     QTest::mouseClick(&edit, Qt::LeftButton);
     QTest::keyClick(&edit, Qt::Key_F2);
     EXPECT_EQ(clicks, 2);
@@ -208,7 +203,7 @@ class Paintings : public QObject {
 };
 
 TEST_F(Clerk, TimerFiresOnceAfterTheWindowIsPainted) {
-  const auto form = sampleForm("fStorno");
+  const auto form = samples.make("fStorno");
   Paintings paintings;
   std::vector<bool> fired;
   form->Timer1.onTimer = [&] { fired.push_back(paintings.count > 0); };
@@ -222,13 +217,14 @@ TEST_F(Clerk, TimerFiresOnceAfterTheWindowIsPainted) {
 }
 
 TEST_F(Clerk, HandlerThatThrowsEndsTheWindow) {
-  class Failing : public SampleForm {
-   public:
-    using SampleForm::SampleForm;
+  struct Failing : forms::Form {
+    Failing() : Form("fStorno", "Fehler") {
+      action.onClick = [] { throw std::runtime_error("kein Speicher"); };
+    }
     void onFailure() override { result = -1; }
+    Button action{*this, "Button[0]"};
     int result = 0;
-  } form("fStorno", "x");
-  form.add<Button>("Button[0]", "Stornieren").onClick = [] { throw std::runtime_error("kein Speicher"); };
+  } form;
   show(form, [&](QDialog& window) {
     QTest::mouseClick(&widget<QPushButton>(window, "Button[0]"), Qt::LeftButton);
     EXPECT_FALSE(form.shown());
@@ -238,14 +234,14 @@ TEST_F(Clerk, HandlerThatThrowsEndsTheWindow) {
 }
 
 TEST_F(Clerk, WindowsNest) {
-  const auto outer = sampleForm("StartForm");
+  const auto outer = samples.make("StartForm");
   int outerClicks = 0;
-  outer->get<Button>("Button[2]").onClick = [&] { ++outerClicks; };
+  control<Button>(*outer, "Button[2]").onClick = [&] { ++outerClicks; };
   bool answered = false;
-  outer->get<Button>("Button[0]").onClick = [&] {
+  control<Button>(*outer, "Button[0]").onClick = [&] {
     QWidget* const below = QApplication::activeModalWidget();
-    const auto inner = sampleForm("MessageBox");
-    inner->get<Button>("Button[0]").onClick = [&] {
+    const auto inner = samples.make("MessageBox");
+    control<Button>(*inner, "Button[0]").onClick = [&] {
       answered = true;
       inner->hide();
     };
@@ -267,9 +263,9 @@ TEST_F(Clerk, WindowsNest) {
 }
 
 TEST_F(Clerk, WhatIsDoneWhileAHandlerRunsIsForgotten) {
-  const auto form = sampleForm("StartForm");
-  auto& field = form->get<TextField>("Text[4]");
-  auto& start = form->get<Button>("Button[0]");
+  const auto form = samples.make("StartForm");
+  auto& field = control<TextField>(*form, "Text[4]");
+  auto& start = control<Button>(*form, "Button[0]");
   QDialog* shown = nullptr;
   int starts = 0;
   start.onClick = [&] {
@@ -291,13 +287,13 @@ TEST_F(Clerk, WhatIsDoneWhileAHandlerRunsIsForgotten) {
     click(widget<QPushButton>(*shown, "Button[2]"));
     start.setEnabled(true);
     click(widget<QPushButton>(*shown, "Button[0]"));
-    form->get<forms::ProgressBar>("Progress").setValue(77);
-    form->get<forms::StatusBar>("StatusBar").setText("Suche läuft");
+    control<forms::ProgressBar>(*form, "Progress").setValue(77);
+    control<forms::StatusBar>(*form, "StatusBar").setText("Suche läuft");
     clerk->repaint();
     EXPECT_EQ(widget<QProgressBar>(*shown, "Progress").value(), 77);
     EXPECT_EQ(widget<QStatusBar>(*shown, "StatusBar").currentMessage(), QString("Suche läuft"));
   };
-  form->get<Button>("Button[2]").onClick = [&] { ADD_FAILURE() << "closed meanwhile"; };
+  control<Button>(*form, "Button[2]").onClick = [&] { ADD_FAILURE() << "closed meanwhile"; };
   show(*form, [&](QDialog& window) {
     shown = &window;
     auto& button = widget<QPushButton>(window, "Button[0]");
@@ -312,7 +308,7 @@ TEST_F(Clerk, WhatIsDoneWhileAHandlerRunsIsForgotten) {
 }
 
 TEST_F(Clerk, HourglassAndFocusAreTheComponentsToSet) {
-  const auto form = sampleForm("ZEVISPassChange");
+  const auto form = samples.make("ZEVISPassChange");
   show(*form, [&](QDialog& window) {
     clerk->setHourglass(true);
     clerk->setHourglass(true);
@@ -320,7 +316,7 @@ TEST_F(Clerk, HourglassAndFocusAreTheComponentsToSet) {
     EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
     clerk->setHourglass(false);
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-    form->get<TextField>("Text[1]").setFocus(true);
+    control<TextField>(*form, "Text[1]").setFocus(true);
     auto& edit = widget<QLineEdit>(window, "Text[1]");
     EXPECT_EQ(window.focusWidget(), &edit);
     EXPECT_EQ(edit.selectionLength(), 8);

@@ -15,17 +15,6 @@
 #include "adapters/qt/Accelerators.h"
 #include "adapters/qt/Mirror.h"
 #include "adapters/qt/Qt.h"
-#include "component/Component.h"
-#include "dialogs/Auswahl.h"
-#include "dialogs/BestellFehler.h"
-#include "dialogs/Bestellung.h"
-#include "dialogs/MessageBox.h"
-#include "dialogs/Mitteilung.h"
-#include "dialogs/StartForm.h"
-#include "dialogs/Workplace.h"
-#include "dialogs/ZEVISPassChange.h"
-#include "dialogs/ZKR.h"
-#include "dialogs/fStorno.h"
 #include "qt/QtFixture.h"
 #include "support/TempDir.h"
 
@@ -68,12 +57,11 @@ TEST_F(Layout, Pictures) {
   const std::string signature = own / "0.JP3";
   drawPerson(QString::fromStdString(photo), QString::fromStdString(signature));
   const auto stage = adapters::makeQtStage();
-  for (const auto& form : sampleForms()) {
+  for (const auto& form : samples.all()) {
     if (form->name() == "Bestellung") {
-      form->get<forms::Picture>("Bild[0]").setFile(photo);
-      form->get<forms::Picture>("Bild[1]").setFile(signature);
+      control<forms::Picture>(*form, "Bild[0]").setFile(photo);
+      control<forms::Picture>(*form, "Bild[1]").setFile(signature);
     }
-    form->load();
     stage->show(*form);
     const QString file = QDir(folder).filePath(QString::fromStdString(form->name()) + ".png");
     EXPECT_TRUE(stage->savePicture(*form, file.toStdString())) << form->name();
@@ -104,20 +92,20 @@ QString cutOff(const QWidget& widget) {
 
 TEST_F(Layout, EveryWindowShowsAllOfItsControls) {
   constexpr QSize halfOfFullHd(960, 540);
-  for (const auto& form : sampleForms()) {
+  for (const auto& form : samples.all()) {
     SCOPED_TRACE(form->name());
     adapters::qt::Window window(*form, nullptr);
     ASSERT_TRUE(window.designed());
     window.centre();
     window.show();
     settle();
-    for (forms::Control* const control : form->controls()) {
-      auto* const found = window.findChild<QWidget*>(adapters::qt::widgetName(control->name()));
-      EXPECT_TRUE(found && found->isVisible()) << control->name();
+    for (forms::Control* const each : form->controls()) {
+      auto* const found = window.findChild<QWidget*>(adapters::qt::widgetName(each->name()));
+      EXPECT_TRUE(found && found->isVisible() == each->visible()) << each->name();
       // The card's background is the design's own.
       const bool background =
-          qobject_cast<QFrame*>(found) && dynamic_cast<forms::Picture*>(control) && !qobject_cast<QLabel*>(found);
-      EXPECT_TRUE(background || (found && adapters::qt::makeMirror(*control, *found))) << control->name();
+          qobject_cast<QFrame*>(found) && dynamic_cast<forms::Picture*>(each) && !qobject_cast<QLabel*>(found);
+      EXPECT_TRUE(background || (found && adapters::qt::makeMirror(*each, *found))) << each->name();
     }
     const auto widgets = window.findChildren<QWidget*>();
     for (const QWidget* const widget : widgets) {
@@ -138,13 +126,13 @@ TEST_F(Layout, EveryWindowShowsAllOfItsControls) {
 }
 
 TEST_F(Layout, ATextTooLongForTheCardIsWrittenSmallerAndAtLastShortened) {
-  const auto form = sampleForm("Bestellung");
+  const auto form = samples.make("Bestellung");
   adapters::qt::Window window(*form, nullptr);
   window.show();
   auto& label = widget<QLabel>(window, "Label2[5]");
   const QString tip = label.toolTip();
   const auto shownAs = [&](const std::string& text) {
-    form->get<forms::Label>("Label2[5]").setText(text);
+    control<forms::Label>(*form, "Label2[5]").setText(text);
     window.mirrorAll();
     EXPECT_LE(QFontMetrics(label.font()).horizontalAdvance(label.text()), label.width());
     return label.text().toStdString();
@@ -163,9 +151,9 @@ TEST_F(Layout, ATextTooLongForTheCardIsWrittenSmallerAndAtLastShortened) {
 }
 
 TEST_F(Layout, TabReachesEveryInput) {
-  for (const auto& form : sampleForms()) {
+  for (const auto& form : samples.all()) {
     SCOPED_TRACE(form->name());
-    if (form->find("XPOption[0]")) form->get<forms::OptionButton>("XPOption[2]").setSelected(true);
+    if (form->find("XPOption[0]")) control<forms::OptionButton>(*form, "XPOption[2]").setSelected(true);
     adapters::qt::Window window(*form, nullptr);
     window.show();
     settle();
@@ -174,21 +162,21 @@ TEST_F(Layout, TabReachesEveryInput) {
         << "the clerk begins where something can be done";
     std::set<QWidget*> reached;
     while (reached.insert(window.focusWidget()).second) QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
-    for (forms::Control* const control : form->controls()) {
-      if (dynamic_cast<forms::Label*>(control) || dynamic_cast<forms::Picture*>(control) ||
-          dynamic_cast<forms::ProgressBar*>(control) || dynamic_cast<forms::StatusBar*>(control)) {
+    for (forms::Control* const each : form->controls()) {
+      if (dynamic_cast<forms::Label*>(each) || dynamic_cast<forms::Picture*>(each) ||
+          dynamic_cast<forms::ProgressBar*>(each) || dynamic_cast<forms::StatusBar*>(each)) {
         continue;
       }
       // Of the options the selected one is reached; the arrow keys lead to the others.
-      const auto* const option = dynamic_cast<forms::OptionButton*>(control);
-      EXPECT_EQ(reached.contains(&widget<QWidget>(window, control->name().c_str())), !option || option->selected())
-          << control->name();
+      const auto* const option = dynamic_cast<forms::OptionButton*>(each);
+      EXPECT_EQ(reached.contains(&widget<QWidget>(window, each->name())), !option || option->selected())
+          << each->name();
     }
   }
 }
 
 TEST_F(Layout, AcceleratorsAreUnique) {
-  for (const auto& form : sampleForms()) {
+  for (const auto& form : samples.all()) {
     adapters::qt::Window window(*form, nullptr);
     std::set<QString> letters;
     const auto take = [&](const QString& text, bool needed) {
@@ -205,39 +193,6 @@ TEST_F(Layout, AcceleratorsAreUnique) {
   }
   const QString hard = adapters::qt::withAccelerator("Sichern && mehr", 'm');
   EXPECT_EQ(hard, QString("Sichern &&&& &mehr"));
-}
-
-/// The samples stand for the windows of the component: a control that is missing in one of the two would go unseen.
-TEST_F(Layout, SamplesHaveTheControlsOfTheRealWindows) {
-  const test::TempDir directory;
-  kartix::Setup setup;
-  setup.registryFile = directory / "registry.reg";
-  setup.userInterface = clerk.get();
-  Component component(setup);
-  Workplace& place = component.workplace();
-  const auto names = [](const forms::Form& form) {
-    std::set<std::string> all;
-    for (const forms::Control* const control : form.controls()) all.insert(control->name());
-    return all;
-  };
-  const auto expectAlike = [&](const forms::Form& real) {
-    const auto sample = sampleForm(real.name());
-    ASSERT_TRUE(sample) << real.name();
-    EXPECT_EQ(names(*sample), names(real)) << real.name();
-    EXPECT_EQ(sample->caption(), real.caption());
-  };
-  expectAlike(StartForm(place));
-  expectAlike(Auswahl(place));
-  expectAlike(ZKR(place));
-  expectAlike(Bestellung(place));
-  expectAlike(fStorno(place));
-  expectAlike(Mitteilung(place));
-  expectAlike(ZEVISPassChange(place.runtime));
-  expectAlike(BestellFehler(place.runtime));
-  MessageBox box(place.runtime);
-  box.setCaption("ARGO Kartix - Hinweis");
-  expectAlike(box);
-  expectAlike(SystemMessageBox("ARGO Kartix", ""));
 }
 
 }  // namespace

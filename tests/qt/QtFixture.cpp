@@ -28,10 +28,9 @@ const auto* const application = testing::AddGlobalTestEnvironment(new OneApplica
 
 }  // namespace
 
-QtWindows::QtWindows() : clerk(adapters::makeQtUserInterface()) {}
+QtWindows::QtWindows() : clerk(adapters::makeQtUserInterface()), samples(*clerk) {}
 
 void QtWindows::show(forms::Form& form, const std::function<void(QDialog&)>& act) {
-  form.load();
   QTimer late;
   QObject::connect(&late, &QTimer::timeout, [&] {
     ADD_FAILURE() << form.name() << " does not end";

@@ -11,7 +11,7 @@
 
 #include "adapters/qt/Window.h"
 #include "platform/UserInterface.h"
-#include "qt/SampleForms.h"
+#include "qt/SampleWindows.h"
 
 namespace kartix::tests {
 
@@ -25,13 +25,14 @@ class QtWindows : public testing::Test {
 
   /// The widget of a control in a window of the form.
   template <class W>
-  static W& widget(const QWidget& window, const char* control) {
+  static W& widget(const QWidget& window, const std::string& control) {
     auto* const found = window.findChild<W*>(adapters::qt::widgetName(control));
-    if (!found) throw std::runtime_error(std::string("no widget for ") + control);
+    if (!found) throw std::runtime_error("no widget for " + control);
     return *found;
   }
 
   std::unique_ptr<platform::UserInterface> clerk;
+  SampleWindows samples;
 };
 
 /// Dispatches what is pending.
