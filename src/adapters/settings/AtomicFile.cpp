@@ -120,19 +120,20 @@ FileContent readFile(const std::filesystem::path& path, std::size_t limit) {
 
 FileUpdate::FileUpdate(std::filesystem::path path)
     : path_(followLinks(std::move(path))),
+      fresh_(directoryOf(path_) / ("." + path_.filename().string() + ".new")),
       directory_(::open(directoryOf(path_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
-      held_(!directory_.valid() || lock(directory_.number())) {}
+      held_(!directory_.valid() || lock(directory_.number())) {
+  // The hold makes the fixed name safe: what lies there was left by a writer that was interrupted.
+  if (held_) ::unlink(fresh_.c_str());
+}
 
 bool FileUpdate::replace(std::string_view bytes) const {
-  // The hold makes the fixed name safe: what lies there was left by a writer that was interrupted.
-  const std::filesystem::path fresh = directoryOf(path_) / ("." + path_.filename().string() + ".new");
-  ::unlink(fresh.c_str());
-  Descriptor file(::open(fresh.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  Descriptor file(::open(fresh_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
   if (!file.valid()) return false;
   const bool written = writeAll(file.number(), bytes) && keepAccess(file.number(), path_) &&
                        ::fsync(file.number()) == 0 && file.close();
-  if (!written || ::rename(fresh.c_str(), path_.c_str()) != 0) {
-    ::unlink(fresh.c_str());
+  if (!written || ::rename(fresh_.c_str(), path_.c_str()) != 0) {
+    ::unlink(fresh_.c_str());
     return false;
   }
   if (directory_.valid()) ::fsync(directory_.number());

@@ -51,6 +51,7 @@ class Descriptor {
 class FileUpdate {
  public:
   /// Follows symbolic links, so that the file they lead to is replaced and not the link. Waits at most five seconds.
+  /// Clears away what an interrupted update of this file has left.
   explicit FileUpdate(std::filesystem::path path);
 
   bool held() const { return held_; }
@@ -63,6 +64,7 @@ class FileUpdate {
 
  private:
   std::filesystem::path path_;
+  std::filesystem::path fresh_;  ///< where the new content is written before it takes its place
   Descriptor directory_;
   bool held_ = false;
 };
