@@ -5,20 +5,15 @@
 #include <QThread>
 #include <array>
 #include <clocale>
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "adapters/qt/Display.h"
+#include "adapters/qt/Silence.h"
 
 namespace kartix::adapters::qt {
 namespace {
-
-/// While the application object is made, its remarks on the surroundings do not go to the host's standard error.
-void onlyFatal(QtMsgType type, const QMessageLogContext&, const QString& text) {
-  if (type == QtFatalMsg) std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
-}
 
 /// Making the application object takes over the user's locale; the host's numbers must stay as they were.
 class LocaleKept {
@@ -38,9 +33,11 @@ class LocaleKept {
 struct Application::Own {
   explicit Own(std::string platform) : platform_(std::move(platform)) {
     const LocaleKept kept;
-    const QtMessageHandler before = qInstallMessageHandler(onlyFatal);
-    application_.emplace(count_, arguments_.data());
-    qInstallMessageHandler(before);
+    {
+      // Its remarks on the surroundings are nothing for the host's standard error.
+      const Silence silence;
+      application_.emplace(count_, arguments_.data());
+    }
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setQuitOnLastWindowClosed(false);
   }
