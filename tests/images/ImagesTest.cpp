@@ -6,10 +6,10 @@
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImage>
-#include <cmath>
 #include <csignal>
 
 #include "adapters/qt/Qt.h"
+#include "images/Photograph.h"
 #include "support/Files.h"
 #include "support/TempDir.h"
 
@@ -17,28 +17,9 @@ namespace kartix::adapters {
 namespace {
 
 using namespace std::string_literals;
+using test::photograph;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
-
-/// What a portrait has: soft shades, fine hair, hard edges, grain. No two quarters are alike.
-QImage photograph(QSize size, QImage::Format format = QImage::Format_RGB32) {
-  QImage image(size, QImage::Format_ARGB32);
-  quint32 random = 1;
-  for (int j = 0; j < size.height(); ++j) {
-    for (int i = 0; i < size.width(); ++i) {
-      const double x = double(i) / size.width();
-      const double y = double(j) / size.height();
-      random = random * 1664525U + 1013904223U;
-      const double detail = (y < 0.4 ? 40 * std::cos(90 * (x * x + y * y)) : 0) +
-                            (std::hypot(x - 0.6, y - 0.6) < 0.25 ? 60 : 0) + (random >> 24U) / 32.0;
-      const auto shade = [detail](double base) { return std::clamp(int(base + detail), 0, 255); };
-      image.setPixel(i, j,
-                     qRgba(shade(50 + 120 * x), shade(60 + 90 * y), shade(120 - 70 * x * y), x < 0.2 ? 40 : 255));
-    }
-  }
-  if (format != QImage::Format_ARGB32) image.reinterpretAsFormat(QImage::Format_RGB32);
-  return image.convertToFormat(format, Qt::ThresholdDither);
-}
 
 std::string encoded(const QImage& image, const char* format = "jpeg") {
   QBuffer buffer;
