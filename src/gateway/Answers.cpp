@@ -3,6 +3,7 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "gateway/KBAInterface.h"
+#include "gateway/Login.h"
 #include "gateway/OperationWindow.h"
 #include "platform/XmlLibrary.h"
 #include "runtime/Reporting.h"
@@ -29,7 +30,33 @@ std::vector<AnswerError> readErrors(const platform::XmlDocument& document, std::
   return errors;
 }
 
+/// Return codes with which the register counts the hits instead of refusing.
+bool countsHits(double code) {
+  constexpr double first = 200;
+  constexpr double last = 299;
+  return code == 0 || (code >= first && code <= last);
+}
+
 }  // namespace
+
+InquiryAnswer readInquiryAnswer(const platform::XmlDocument& document) {
+  using Kind = InquiryAnswer::Kind;
+  InquiryAnswer answer;
+  answer.root = rootName(document);
+  if (answer.root == "zkr-auskunft") answer.kind = Kind::record;
+  if (answer.root == "zkr-trefferliste") answer.kind = Kind::list;
+  const bool echo = answer.root == "zkr-anfrage";
+  if (!echo && answer.root != "zkr-hinweis") return answer;
+  answer.code = firstText(document, "//retc");
+  answer.text = firstText(document, "//rett");
+  if (echo && countsHits(leadingNumber(answer.code))) {
+    answer.kind = Kind::count;
+    answer.hits = leadingInt32(firstText(document, "//anzt"));
+  } else {
+    answer.kind = leadingInt32(answer.code) == login_result::notLoggedIn ? Kind::notLoggedIn : Kind::refusal;
+  }
+  return answer;
+}
 
 KbaAnswer readInformation(const platform::XmlDocument& document, CardNumber cardNumber) {
   KbaAnswer answer;

@@ -13,6 +13,26 @@ namespace kartix {
 class OperationWindow;
 class Reporting;
 
+/// The register's answer to an inquiry.
+struct InquiryAnswer {
+  enum class Kind {
+    record,       ///< `zkr-auskunft`: one record
+    list,         ///< `zkr-trefferliste`: several
+    count,        ///< `zkr-anfrage`: the inquiry itself with the number of its hits, none or too many for a list
+    refusal,      ///< `zkr-hinweis`, or `zkr-anfrage` with an error
+    notLoggedIn,  ///< the same with the code that asks for a login
+    unknown,      ///< anything else
+  };
+
+  Kind kind = Kind::unknown;
+  std::string root;       ///< name of the document element; empty for an answer that is no document
+  std::string code;       ///< return code as it stands there, for `count`, `refusal` and `notLoggedIn`
+  std::string text;       ///< return text, likewise
+  std::int32_t hits = 0;  ///< of `count`
+};
+
+InquiryAnswer readInquiryAnswer(const platform::XmlDocument& document);
+
 /// One entry of the error list of a refusal.
 struct AnswerError {
   std::string code;

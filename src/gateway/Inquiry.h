@@ -63,7 +63,7 @@ class ZKRAnfrage {
 
  private:
   std::int32_t EvaluateZKRAntwort(const platform::XmlDocument& answer, std::string& selectedCardNumber);
-  std::int32_t evaluateEcho(const platform::XmlDocument& answer);
+  std::int32_t evaluateList(const platform::XmlDocument& answer, std::string& selectedCardNumber);
   std::int32_t evaluateRecord(const platform::XmlDocument& answer);
   bool requestSingleRecord(const std::string& kartennummer);
   bool inquire(const InquiryCriteria& criteria);

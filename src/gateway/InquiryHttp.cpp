@@ -1,5 +1,5 @@
 #include "common/Numbers.h"
-#include "common/Text.h"
+#include "gateway/Answers.h"
 #include "gateway/Inquiry.h"
 #include "gateway/KBAInterface.h"
 #include "gateway/Login.h"
@@ -20,58 +20,52 @@ constexpr std::int32_t noSingleHit = -9999;  ///< none or too many
 constexpr std::int32_t unusable = -1;
 }  // namespace outcome
 
-constexpr std::string_view answerCaption = "ZKR-Antwort";
-
 /// A register's return code that happens to equal one of our outcomes is none of them.
 std::int32_t registerCode(std::int32_t code) {
   return code == outcome::taken || code == outcome::chosen ? outcome::unusable : code;
 }
 
+/// None, or too many for a list.
+void tellHits(Reporting& reporting, std::int32_t hits) {
+  constexpr std::string_view caption = "ZKR-Antwort";
+  if (hits == 0) {
+    reporting.InfoMsg("Die Anfrage ergab keinen Treffer im ZKR.", caption);
+  } else {
+    reporting.InfoMsg("Die Trefferzahl (" + std::to_string(hits) +
+                          ") ist für die Anfragekriterien zu hoch Bitte schränken Sie Ihre Suche ein.",
+                      caption);
+  }
+}
+
 }  // namespace
 
 std::int32_t ZKRAnfrage::EvaluateZKRAntwort(const platform::XmlDocument& answer, std::string& selectedCardNumber) {
-  const std::string root = rootName(answer);
-  if (root == "zkr-hinweis") {
-    const std::string retc = firstText(answer, "//retc");
-    const std::int32_t code = leadingInt32(retc);
-    if (code != login_result::notLoggedIn) runtime_.reporting.ReportError(203, retc, firstText(answer, "//rett"));
-    return registerCode(code);
+  const InquiryAnswer read = readInquiryAnswer(answer);
+  switch (read.kind) {
+    case InquiryAnswer::Kind::record:
+      return evaluateRecord(answer);
+    case InquiryAnswer::Kind::list:
+      return evaluateList(answer, selectedCardNumber);
+    case InquiryAnswer::Kind::count:
+      tellHits(runtime_.reporting, read.hits);
+      return outcome::noSingleHit;
+    case InquiryAnswer::Kind::notLoggedIn:
+      return login_result::notLoggedIn;
+    case InquiryAnswer::Kind::refusal:
+      runtime_.reporting.ReportError(203, read.code, read.text);
+      return registerCode(leadingInt32(read.code));
+    case InquiryAnswer::Kind::unknown:
+      break;
   }
-  if (root == "zkr-anfrage") return evaluateEcho(answer);
-  if (root == "zkr-trefferliste") {
-    const auto card = window_.chooseHit(FillTrefferliste(runtime_, answer));
-    if (!card) return outcome::notChosen;
-    selectedCardNumber = *card;
-    return outcome::chosen;
-  }
-  if (root == "zkr-auskunft") return evaluateRecord(answer);
-  if (root.empty()) {
-    runtime_.reporting.ReportError(204);
-  } else {
-    runtime_.reporting.ReportError(201, root);
-  }
+  runtime_.reporting.ReportError(read.root.empty() ? 204 : 201, read.root);
   return outcome::unusable;
 }
 
-std::int32_t ZKRAnfrage::evaluateEcho(const platform::XmlDocument& answer) {
-  constexpr double firstCount = 200;
-  constexpr double lastCount = 299;
-  const std::string retc = firstText(answer, "//retc");
-  const double code = leadingNumber(retc);
-  if (code != 0 && (code < firstCount || code > lastCount)) {
-    const std::int32_t number = leadingInt32(retc);
-    if (number != login_result::notLoggedIn) runtime_.reporting.ReportError(203, retc, firstText(answer, "//rett"));
-    return registerCode(number);
-  }
-  const std::int32_t hits = leadingInt32(firstText(answer, "//anzt"));
-  if (hits == 0) {
-    runtime_.reporting.InfoMsg("Die Anfrage ergab keinen Treffer im ZKR.", answerCaption);
-  } else {
-    runtime_.reporting.InfoMsg("Die Trefferzahl (" + std::to_string(hits) +
-                                   ") ist für die Anfragekriterien zu hoch Bitte schränken Sie Ihre Suche ein.",
-                               answerCaption);
-  }
-  return outcome::noSingleHit;
+std::int32_t ZKRAnfrage::evaluateList(const platform::XmlDocument& answer, std::string& selectedCardNumber) {
+  const auto card = window_.chooseHit(FillTrefferliste(runtime_, answer));
+  if (!card) return outcome::notChosen;
+  selectedCardNumber = *card;
+  return outcome::chosen;
 }
 
 std::int32_t ZKRAnfrage::evaluateRecord(const platform::XmlDocument& answer) {

@@ -1,9 +1,8 @@
-#include "common/Numbers.h"
 #include "common/Values.h"
 #include "dialogs/Workplace.h"
+#include "gateway/Answers.h"
 #include "gateway/Inquiry.h"
 #include "gateway/KBAInterface.h"
-#include "gateway/Login.h"
 #include "gateway/RegisterRecord.h"
 #include "host/objects/Exchange.h"
 #include "host/objects/GatewayObjects.h"
@@ -20,9 +19,7 @@ using platform::XmlNode;
 constexpr std::int32_t refused = -1;
 
 bool asksForLogin(const XmlDocument& answer) {
-  const std::string root = rootName(answer);
-  return (root == "zkr-hinweis" || root == "zkr-anfrage") &&
-         leadingInt32(firstText(answer, "//retc")) == login_result::notLoggedIn;
+  return readInquiryAnswer(answer).kind == InquiryAnswer::Kind::notLoggedIn;
 }
 
 class InquiryObject final : public platform::AutomationObject {
@@ -65,35 +62,31 @@ class InquiryObject final : public platform::AutomationObject {
         asksForLogin};
     Exchanged exchanged = exchange(place_, request);
     if (!exchanged.answer) return refuse(exchanged.failure);
+    hits_.clear();
     answer_ = std::move(exchanged.answer);
-    const std::string root = rootName(*answer_);
-    if (root == "zkr-auskunft") return take("//bestandsdaten");
-    if (root == "zkr-trefferliste") return take("//liste/listelem");
-    if (root == "zkr-anfrage") return readEcho();
-    if (root == "zkr-hinweis") return refuseAsRegister();
-    return refuse(root.empty() ? "Das ZKR hat keine oder fehlerhafte Daten geliefert."
-                               : "ZEVIS hat einen unbekannten Datensatz geliefert (" + root + ")");
+    const InquiryAnswer read = readInquiryAnswer(*answer_);
+    switch (read.kind) {
+      case InquiryAnswer::Kind::record:
+        return take("//bestandsdaten");
+      case InquiryAnswer::Kind::list:
+        return take("//liste/listelem");
+      case InquiryAnswer::Kind::count:
+        if (read.hits == 0) return 0;
+        return refuse("Die Trefferzahl (" + std::to_string(read.hits) + ") ist für die Anfragekriterien zu hoch.");
+      case InquiryAnswer::Kind::refusal:
+      case InquiryAnswer::Kind::notLoggedIn:
+        return refuse(read.code + ": " + read.text);
+      case InquiryAnswer::Kind::unknown:
+        break;
+    }
+    return refuse(read.root.empty() ? "Das ZKR hat keine oder fehlerhafte Daten geliefert."
+                                    : unknownAnswer(read.root));
   }
 
   std::int32_t take(std::string_view xpath) {
     hits_ = answer_->selectNodes(xpath);
     current_ = 0;
     return static_cast<std::int32_t>(hits_.size());
-  }
-
-  /// The request came back with a number of hits instead of the hits.
-  std::int32_t readEcho() {
-    constexpr double firstCount = 200;
-    constexpr double lastCount = 299;
-    const double code = leadingNumber(firstText(*answer_, "//retc"));
-    if (code != 0 && (code < firstCount || code > lastCount)) return refuseAsRegister();
-    const std::int32_t count = leadingInt32(firstText(*answer_, "//anzt"));
-    if (count == 0) return 0;
-    return refuse("Die Trefferzahl (" + std::to_string(count) + ") ist für die Anfragekriterien zu hoch.");
-  }
-
-  std::int32_t refuseAsRegister() {
-    return refuse(firstText(*answer_, "//retc") + ": " + firstText(*answer_, "//rett"));
   }
 
   std::int32_t refuse(std::string reason) {

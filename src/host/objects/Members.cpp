@@ -17,8 +17,12 @@ void unknownMember(std::string_view member) {
   throw platform::AutomationError("Objekt unterstützt diese Eigenschaft oder Methode nicht: " + std::string(member));
 }
 
+std::string unknownAnswer(const std::string& kind) {
+  return "ZEVIS hat einen unbekannten Datensatz geliefert (" + kind + ")";
+}
+
 std::string refusalText(const KbaAnswer& answer) {
-  if (!answer.understood) return "ZEVIS hat einen unbekannten Datensatz geliefert (" + answer.kind + ")";
+  if (!answer.understood) return unknownAnswer(answer.kind);
   if (answer.code == 0) return {};
   std::string reason = std::to_string(answer.code) + ": " + answer.text;
   for (const AnswerError& error : answer.errors)

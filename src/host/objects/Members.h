@@ -21,6 +21,9 @@ std::string soleText(std::string_view member, const std::vector<platform::Value>
 /// Raises `AutomationError` as the system does for a member that an object has not got.
 [[noreturn]] void unknownMember(std::string_view member);
 
+/// Words for an answer of a kind that nobody knows, by its document element.
+std::string unknownAnswer(const std::string& kind);
+
 /// Why the KBA refused, in words for the clerk; empty when it did not.
 std::string refusalText(const KbaAnswer& answer);
 
