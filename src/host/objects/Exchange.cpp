@@ -3,6 +3,7 @@
 #include "dialogs/Workplace.h"
 #include "gateway/KBAInterface.h"
 #include "gateway/Login.h"
+#include "host/objects/Members.h"
 #include "runtime/Runtime.h"
 
 namespace kartix::host {
@@ -18,7 +19,8 @@ std::string transportFailure(std::int32_t status, const std::string& text) {
 std::string logIn(Workplace& place) {
   const LoginAnswer answer = attemptLogin(place.runtime, place.kba, place.runtime.konfiguration.ZEVISPass, "");
   if (answer.status != httpOk) return transportFailure(answer.status, answer.errorText);
-  if (answer.isLogin() && answer.RETC >= 0 && answer.RETC <= login_result::lastSuccess) return {};
+  if (!answer.isLogin()) return unknownAnswer(answer.kind);
+  if (answer.RETC >= 0 && answer.RETC <= login_result::lastSuccess) return {};
   return "ZEVIS-Login fehlgeschlagen: " + std::to_string(answer.RETC) + ": " + answer.RETT;
 }
 
