@@ -88,9 +88,8 @@ void OrderCancellation::recordCancellation() {
   card.vorgangschl = "ST";
 }
 
-void OrderCancellation::tellSuccess() {
-  context_.window.ShowProgress(100, "Stornierung erfolgreich", true);
-  context_.runtime.reporting.InfoMsg("\r\n\r\nStornierung erfolgreich.", hintCaption);
+void OrderCancellation::tellSuccess() const {
+  announceSuccess(context_, "Stornierung erfolgreich", "\r\n\r\nStornierung erfolgreich.", hintCaption);
 }
 
 bool OrderCancellation::SendCancellationHttp() {

@@ -40,7 +40,7 @@ class OrderCancellation {
   CancellationMessage message() const;
   std::int32_t ReadCancellationAnswer(const platform::XmlDocument& document);
   void recordCancellation();
-  void tellSuccess();
+  void tellSuccess() const;
 
   ExchangeContext context_;
 };

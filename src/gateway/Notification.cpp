@@ -89,9 +89,9 @@ std::int32_t StatusNotification::ReadNotificationAnswer(const platform::XmlDocum
   return answer.code;
 }
 
-void StatusNotification::tellSuccess() {
-  context_.window.ShowProgress(100, "Mitteilung erfolgreich", true);
-  context_.runtime.reporting.InfoMsg("\r\n\r\nDie Mitteilung wurde erfolgreich übertragen.", hintCaption);
+void StatusNotification::tellSuccess() const {
+  announceSuccess(context_, "Mitteilung erfolgreich", "\r\n\r\nDie Mitteilung wurde erfolgreich übertragen.",
+                  hintCaption);
 }
 
 bool StatusNotification::SendNotificationHttp() {

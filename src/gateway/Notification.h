@@ -41,7 +41,7 @@ class StatusNotification {
  private:
   NotificationMessage message() const;
   std::int32_t ReadNotificationAnswer(const platform::XmlDocument& document);
-  void tellSuccess();
+  void tellSuccess() const;
 
   ExchangeContext context_;
 };

@@ -1,5 +1,6 @@
 #include "gateway/OperationExchange.h"
 
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
@@ -94,6 +95,17 @@ bool exchangeAutomation(const ExchangeContext& context, const OperationTraits& t
   context.window.ShowProgress(done, traits.refused, true);
   context.runtime.reporting.ReportError(traits.refusalByObject, systemText ? *systemText : errorMessage(*object));
   return false;
+}
+
+void announceSuccess(const ExchangeContext& context, std::string_view status, std::string_view message,
+                     std::string_view caption) {
+  try {
+    context.window.ShowProgress(done, status, true);
+    context.runtime.reporting.InfoMsg(message, caption);
+  } catch (const std::exception& failure) {
+    const std::string line = std::string(status) + ", aber nicht angezeigt: " + failure.what();
+    context.runtime.trace.TraceLine(line, trace_level::calls);
+  }
 }
 
 }  // namespace kartix

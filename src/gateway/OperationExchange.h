@@ -49,4 +49,8 @@ bool exchangeHttp(const ExchangeContext& context, const OperationTraits& traits,
 bool exchangeAutomation(const ExchangeContext& context, const OperationTraits& traits, std::string_view progId,
                         const std::function<bool(platform::AutomationObject& object)>& perform);
 
+/// Tells the clerk that the operation was carried out. It stays carried out when the telling fails, which is traced.
+void announceSuccess(const ExchangeContext& context, std::string_view status, std::string_view message,
+                     std::string_view caption);
+
 }  // namespace kartix

@@ -23,8 +23,6 @@ constexpr OperationTraits orderTraits = {
     .notLoggedIn = login_result::noSuchSession,
 };
 
-constexpr std::string_view succeeded = "Bestellung erfolgreich";
-
 /// Register status of an accepted order.
 constexpr const char* ordered = "01";
 
@@ -106,10 +104,10 @@ void DriverCardOrder::recordOrder() {
   card.sdate = today;
 }
 
-void DriverCardOrder::tellSuccess() {
-  context_.window.ShowProgress(100, succeeded, true);
-  context_.runtime.reporting.InfoMsg(
-      "\r\nBestellung erfolgreich,\r\nvergebene Kartennummer: " + context_.session.ResultCard.kartennr, succeeded);
+void DriverCardOrder::tellSuccess() const {
+  constexpr std::string_view succeeded = "Bestellung erfolgreich";
+  const std::string number = context_.session.ResultCard.kartennr;
+  announceSuccess(context_, succeeded, "\r\nBestellung erfolgreich,\r\nvergebene Kartennummer: " + number, succeeded);
 }
 
 bool DriverCardOrder::SendOrderHttp(const OrderChoices& choices) {

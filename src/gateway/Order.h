@@ -80,7 +80,7 @@ class DriverCardOrder {
   OrderMessage message(const OrderChoices& choices) const;
   std::int32_t ReadOrderAnswer(const platform::XmlDocument& document);
   void recordOrder();
-  void tellSuccess();
+  void tellSuccess() const;
 
   ExchangeContext context_;
 };
