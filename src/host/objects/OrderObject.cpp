@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "common/Values.h"
 #include "dialogs/Workplace.h"
 #include "gateway/Answers.h"
@@ -28,7 +30,7 @@ class OrderObject final : public platform::AutomationObject {
     if (isAccount(member) || set(member, arguments)) return {};
     if (member == "DoBestellungFahrerkarte") return std::int64_t{order()};
     if (member == "DoStorno") return std::int64_t{cancel()};
-    if (member == "GetCardNumber") return cardNumber_;
+    if (member == "GetCardNumber") return cardNumber();
     if (member == "GetErrorMsg") return error_;
     unknownMember(member);
   }
@@ -59,7 +61,7 @@ class OrderObject final : public platform::AutomationObject {
 
   /// 0 when the personaliser accepted, else its code or -1, with the reason in `error_`.
   std::int32_t send(const std::function<bool(XmlDocument&)>& build, CardNumber number) {
-    cardNumber_.clear();
+    cardNumber_.reset();
     const Exchanged exchanged = exchange(place_, {place_.runtime.konfiguration.BestellURI, build, asksForLogin});
     if (!exchanged.answer) {
       error_ = exchanged.failure;
@@ -67,15 +69,20 @@ class OrderObject final : public platform::AutomationObject {
     }
     const KbaAnswer answer = readInformation(*exchanged.answer, number);
     error_ = refusalText(answer);
-    if (!answer.understood) return -1;
-    cardNumber_ = answer.cardNumber;
+    if (answer.understood) cardNumber_ = answer.cardNumber;
+    // An order that was accepted without a number is accepted: it is the number that cannot be told.
     return answer.code;
+  }
+
+  std::string cardNumber() const {
+    if (!cardNumber_) throw platform::AutomationError(error_);
+    return *cardNumber_;
   }
 
   Workplace& place_;
   OrderMessage order_;
   CancellationMessage cancellation_;
-  std::string cardNumber_;
+  std::optional<std::string> cardNumber_;  ///< nothing when the answer had none
   std::string error_;
 };
 
