@@ -55,8 +55,6 @@ std::string Global::NullTrim(std::string_view text) {
 }
 
 std::string Global::TodayDB() const { return moment::yyyymmdd(clock_.now()); }
-std::string Global::TimeNow() const { return moment::hhnnss(clock_.now()); }
-std::string Global::StampNow() const { return moment::stamp(clock_.now()); }
 
 void Global::WaitCursor(bool onoff) {
   trace_.TraceEnter("Global::WaitCursor");

@@ -34,9 +34,7 @@ class Global {
   /// The part before the first NUL, trimmed of blanks.
   std::string NullTrim(std::string_view text);
 
-  std::string TodayDB() const;   ///< "yyyymmdd"
-  std::string TimeNow() const;   ///< "hh:nn:ss"
-  std::string StampNow() const;  ///< "yyyymmddhhnnss000"
+  std::string TodayDB() const;  ///< "yyyymmdd"
 
   void WaitCursor(bool onoff);
   void CenterForm(forms::Form& form);
