@@ -231,12 +231,11 @@ Findings Installation::checkGateway() {
 
 Findings Installation::checkImages() {
   constexpr const char* area = "images";
-  Konfiguration& settings = parts_->settings;
-  if (!settings.GetImageDir("0")) {
+  const std::string root = text::trim(parts_->settings.GetIni({}, imageRootKey, "KODSImageDir"));
+  if (root.empty()) {
     return {note(area, "no directory is set; cards cannot be ordered", "kartix settings set KODSImageDir DIRECTORY")};
   }
-  const std::string directory = adapters::makeFiles()->nativePath(
-      text::trim(settings.GetIni({}, findSetting("KODSImageDir").key, "KODSImageDir")));
+  const std::string directory = adapters::makeFiles()->nativePath(root);
   std::error_code error;
   if (!std::filesystem::is_directory(directory, error)) {
     return {fault(area, "there is no directory " + directory, "make it available, or mend KODSImageDir")};

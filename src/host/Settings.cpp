@@ -10,9 +10,6 @@
 namespace kartix::host {
 namespace {
 
-/// Longest value that the component reads, in characters.
-constexpr std::size_t longestValue = 1024;
-
 std::vector<Setting> makeSettings() {
   const std::string product(productKey);
   std::vector<Setting> settings = {{product, "InfoDatei", "InfoDatei"}};
@@ -41,7 +38,7 @@ std::vector<Setting> makeSettings() {
     add(account, "AllowPassChange");
   }
   add("ZFER", "DebugLevel DebugFile");
-  settings.push_back({R"(Software\Tessel\ARGO Anwendungen\Version 9\KXFS\FOTOFS\)", "KODSImageDir", "KODSImageDir"});
+  settings.push_back({std::string(imageRootKey), "KODSImageDir", "KODSImageDir"});
   return settings;
 }
 
@@ -72,11 +69,16 @@ std::optional<std::string> storedValue(platform::Registry& registry, const Setti
   return std::string(text::untilNul(value->text));
 }
 
-void storeValue(platform::Registry& registry, const Setting& setting, const std::string& value) {
+void checkValue(const Setting& setting, const std::string& value) {
   if (!text::isValidUtf8(value)) throw UsageError(setting.path + ": the value is not UTF-8 text");
   if (value.find('\0') != std::string::npos) throw UsageError(setting.path + ": the value holds a NUL character");
-  if (text::length(value) > longestValue)
-    throw UsageError(setting.path + ": the value is longer than 1024 characters");
+  if (text::length(value) > longestSetting) {
+    throw UsageError(setting.path + ": the value is longer than " + std::to_string(longestSetting) + " characters");
+  }
+}
+
+void storeValue(platform::Registry& registry, const Setting& setting, const std::string& value) {
+  checkValue(setting, value);
   if (!registry.RegCreateKeyEx(setting.key) || !registry.RegSetValueEx(setting.key, setting.name, value)) {
     throw CommandFailure(setting.path + ": the settings store cannot be written");
   }

@@ -29,8 +29,10 @@ const Setting& findSetting(std::string_view path);
 /// The stored text (a number in decimal), scrambled when the setting is secret; nothing when it is not in the store.
 std::optional<std::string> storedValue(platform::Registry& registry, const Setting& setting);
 
-/// Stores `value` as it stands. Raises `UsageError` when the component could not read it, `CommandFailure` when the
-/// store cannot be written.
+/// Raises `UsageError` for a value that the component could not read.
+void checkValue(const Setting& setting, const std::string& value);
+
+/// Stores `value` as it stands, once it is checked. Raises `CommandFailure` when the store cannot be written.
 void storeValue(platform::Registry& registry, const Setting& setting, const std::string& value);
 
 }  // namespace kartix::host

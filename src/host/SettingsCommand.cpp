@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "adapters/settings/Settings.h"
 #include "common/Scrambling.h"
@@ -33,16 +35,6 @@ std::unique_ptr<platform::Registry> openStore(const Options& options) {
   return adapters::makeRegFile(registryFile(options.registry));
 }
 
-/// The store to write to, its directory made when it is missing.
-std::unique_ptr<platform::Registry> openStoreToWrite(const Options& options) {
-  const auto file = registryFile(options.registry);
-  if (file.has_parent_path()) {
-    std::error_code ignored;  // a directory that cannot be made shows when the store is written
-    std::filesystem::create_directories(file.parent_path(), ignored);
-  }
-  return adapters::makeRegFile(file);
-}
-
 /// Keeps a terminal from showing what is typed.
 class Hidden {
  public:
@@ -65,7 +57,8 @@ class Hidden {
   bool terminal_;
 };
 
-/// One line of standard input, asked for when a person sits there.
+/// One line of standard input, asked for when a person sits there. Raises `UsageError` when there is none: a pipe
+/// whose other end has failed must not empty a setting.
 std::string readValue(const Setting& setting) {
   const bool person = isatty(STDIN_FILENO) == 1;
   if (person) std::cerr << setting.path << ": " << std::flush;
@@ -74,6 +67,7 @@ std::string readValue(const Setting& setting) {
   std::string line;
   for (char c = 0; line.size() <= longestLine && std::cin.get(c) && c != '\n';) line.push_back(c);
   if (line.size() > longestLine) throw UsageError(setting.path + ": the value is too long");
+  if (line.empty() && !std::cin) throw UsageError(setting.path + ": no value was given");
   if (line.ends_with('\r')) line.pop_back();
   return line;
 }
@@ -109,23 +103,24 @@ void set(const Options& options) {
   if (options.scrambled && !setting.secret) throw UsageError(setting.path + " is not secret: leave out --scrambled");
   std::string value = options.value ? *options.value : readValue(setting);
   if (setting.secret && !options.scrambled) value = scramble(setting, value);
-  storeValue(*openStoreToWrite(options), setting, value);
+  storeValue(*openStore(options), setting, value);
 }
 
-/// Copies every setting that `from` holds; gives their number.
+/// Copies every setting that `from` holds, or none when one of them cannot be stored; gives their number.
 std::size_t copySettings(platform::Registry& from, platform::Registry& to) {
-  std::size_t count = 0;
+  std::vector<std::pair<const Setting*, std::string>> found;
   for (const Setting& setting : allSettings()) {
     const auto value = storedValue(from, setting);
     if (!value) continue;
-    storeValue(to, setting, *value);
-    ++count;
+    checkValue(setting, *value);
+    found.emplace_back(&setting, *value);
   }
-  return count;
+  for (const auto& [setting, value] : found) storeValue(to, *setting, value);
+  return found.size();
 }
 
 void importSettings(const Options& options) {
-  const std::size_t count = copySettings(*adapters::makeRegFile(options.file), *openStoreToWrite(options));
+  const std::size_t count = copySettings(*adapters::makeRegFile(options.file), *openStore(options));
   if (count == 0) throw CommandFailure(options.file + " holds no settings of this component, or cannot be read");
   std::cout << count << " settings imported into " << registryFile(options.registry).string() << '\n';
 }

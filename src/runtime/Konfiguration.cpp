@@ -14,13 +14,8 @@
 namespace kartix {
 namespace {
 
-/// Size of the buffers that settings are read into, in characters.
-constexpr std::size_t settingSize = 1024;
-
 /// From this day on the exchanges always go through the host's automation objects.
 constexpr std::string_view automationSince = "20141117";
-
-constexpr std::string_view imageRootKey = "Software\\Tessel\\ARGO Anwendungen\\Version 9\\KXFS\\FOTOFS\\";
 
 constexpr std::string_view sectionDatabase = "FS";
 constexpr std::string_view sectionRegister = "ZKR";
@@ -45,7 +40,7 @@ std::string Konfiguration::RegReadString(std::string_view key, std::string_view 
       return std::to_string(value->number);
     case platform::RegistryValue::Type::string:
     case platform::RegistryValue::Type::expandString:
-      if (text::length(value->text) > settingSize) return {};
+      if (text::length(value->text) > longestSetting) return {};
       return std::string(text::untilNul(value->text));
     case platform::RegistryValue::Type::other:
       break;
@@ -66,7 +61,7 @@ std::string Konfiguration::GetIni(std::string_view Datei, std::string_view Sekti
   if (Datei.empty()) {
     result = RegReadString(Sektion, Schluessel);
   } else {
-    const std::string value = files_.GetPrivateProfileString(Sektion, Schluessel, "", settingSize, Datei);
+    const std::string value = files_.GetPrivateProfileString(Sektion, Schluessel, "", longestSetting, Datei);
     if (!value.empty()) result = global_.NullTrim(value);
   }
   trace_.TraceLeave("Global::GetIni", result);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -17,6 +18,11 @@ class Trace;
 
 /// Registry key of the product; its sub-keys are the sections. Ends in "\".
 inline constexpr std::string_view productKey = R"(Software\Tessel\ARGO KBA ONLINE\)";
+/// Registry key of the host's value `KODSImageDir`.
+inline constexpr std::string_view imageRootKey = R"(Software\Tessel\ARGO Anwendungen\Version 9\KXFS\FOTOFS\)";
+
+/// Longest value that is read of a setting, in characters.
+inline constexpr std::size_t longestSetting = 1024;
 
 /// The settings of the installation, read once by `init`: first from the registry, and where that is empty from the
 /// ini file that `InfoDatei` names. A setting that is found nowhere is empty.

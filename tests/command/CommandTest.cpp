@@ -121,7 +121,15 @@ TEST_F(Command, SettingsComeBackAndSecretsStayScrambled) {
   EXPECT_EQ(kartix("settings set ZKR.ZEVISPass --scrambled", scrambled).status, 0);
   EXPECT_EQ(kartix("settings get ZKR.ZEVISPass").out, scrambled);
   EXPECT_EQ(kartix("settings set FS.DBPass 'Đorđe'").status, 2) << "would not come back";
+  EXPECT_EQ(kartix("settings set ZKR.ZEVISPass").status, 2) << "nothing was entered";
+  EXPECT_EQ(kartix("settings get ZKR.ZEVISPass").out, scrambled);
   EXPECT_EQ(kartix("settings get FS.DBPass").status, 1) << "not set";
+
+  write("long.reg",
+        "REGEDIT4\n[HKEY_CURRENT_USER\\Software\\Tessel\\ARGO KBA ONLINE\\FS]\n\"ServerIP\"=\"x\"\n\"DBName\"=\"" +
+            std::string(1025, 'y') + "\"\n");
+  EXPECT_EQ(kartix("settings import long.reg").status, 2);
+  EXPECT_EQ(kartix("settings get ServerIP").out, "10.0.0.1\n") << "all or nothing";
 }
 
 TEST_F(Command, DatabaseIsMadeOnceAndDoctorFindsIt) {
