@@ -9,6 +9,7 @@
 #include "dialogs/Workplace.h"
 #include "gateway/Order.h"
 #include "hostdb/ARGOInterface.h"
+#include "hostdb/HostStatements.h"
 #include "hostdb/Session.h"
 #include "platform/UserInterface.h"
 #include "runtime/Runtime.h"
@@ -61,7 +62,9 @@ bool Bestellung::convertImages() {
 }
 
 bool Bestellung::startup() {
-  if (!convertImages()) return false;
+  // Paths are made of the person's number: one that is none is left to the loading to report.
+  const bool known = isPersonNumber(workplace().session.CurrentPerson.personennummer);
+  if (known && !convertImages()) return false;
   ShowProgress(50, "Lade Daten", true);
   if (!workplace().argo.LoadForOrder()) return false;
   ShowProgress(50, "Initialisiere Bestellung", true);

@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -14,6 +15,7 @@
 #include "adapters/qt/Accelerators.h"
 #include "adapters/qt/Designs.h"
 #include "adapters/qt/Display.h"
+#include "adapters/qt/Icons.h"
 
 namespace kartix::adapters::qt {
 
@@ -49,7 +51,19 @@ Window::Window(forms::Form& form, QWidget* parent)
     auto* const widget = findChild<QWidget*>(widgetName(control->name()));
     if (auto mirror = widget ? makeMirror(*control, *widget) : nullptr) mirrors_.push_back(std::move(mirror));
   }
+  drawDecorations();
   mirrorAll();
+}
+
+/// Drawings that belong to the design alone and to no control of the form.
+void Window::drawDecorations() {
+  for (auto* const label : findChildren<QLabel*>()) {
+    const QString drawing = label->property("drawing").toString();
+    const bool mirrored =
+        std::any_of(mirrors_.begin(), mirrors_.end(), [&](const auto& m) { return &m->widget() == label; });
+    if (mirrored || drawing.isEmpty()) continue;
+    label->setPixmap(drawnIcon(drawing).pixmap(label->minimumSize(), label->devicePixelRatioF()));
+  }
 }
 
 void Window::takeInput(const Gate& gate) {
@@ -133,7 +147,8 @@ void Window::closeEvent(QCloseEvent* event) {
 
 void Window::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    pressEnter();
+    // A key that is held down must not answer the questions that its first press has raised.
+    if (!event->isAutoRepeat()) pressEnter();
     event->accept();
     return;
   }

@@ -48,6 +48,7 @@ class Window : public QDialog {
  private:
   Mirror* mirrorOf(const forms::Control& control) const;
   void mirrorEnabled(const Mirror& mirror, bool hadFocus);
+  void drawDecorations();
   void assignAccelerators();
   void pressEnter();
 
