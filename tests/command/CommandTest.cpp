@@ -83,6 +83,7 @@ TEST_F(Command, WrongUsageEndsWith2AndSaysWhatIsWrong) {
       {run + "--now 2015-02-30T00:00:00", "--now"},
       {run + "--now 2015-02-03", "--now"},
       {run + "--script gone.json", "gone.json"},
+      {run + "--script " + std::string(300, 'x'), "xxx: File name too long"},
       {run + "--script bad.json", R"(bad.json: step 1: unknown action "press")"},
       {run + "--objects objects.json", "objects.json: "},
       {run + "--script bad.json --transcript gone/t", R"(unknown action "press")"},

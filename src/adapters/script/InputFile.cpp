@@ -17,7 +17,8 @@ constexpr int deepestNesting = 8;
 
 std::string readInputFile(const std::filesystem::path& file) {
   const std::string name = file.string();
-  if (std::filesystem::is_directory(file)) throw BadInput(name + ": is a directory");
+  std::error_code error;  // whatever else is wrong with the file shows when it is opened
+  if (std::filesystem::is_directory(file, error)) throw BadInput(name + ": is a directory");
   std::ifstream in(file, std::ios::binary);
   if (!in) throw BadInput(name + ": " + std::generic_category().message(errno));
   std::string content;
