@@ -1,5 +1,6 @@
 #include "host/demo/DemoInstallation.h"
 
+#include <fstream>
 #include <utility>
 #include <vector>
 
@@ -88,13 +89,32 @@ const simulator::SamplePerson& holder(std::string_view personennummer) {
   throw CommandFailure("a sample card has no holder");
 }
 
+/// Says that the files beside it are a demonstration's. It is made before them, so that a demonstration that was
+/// broken off is known too.
+constexpr const char* marker = ".kartix-demo";
+
+/// Takes away what an earlier demonstration left.
+void removeEarlier(const fs::path& directory) {
+  const bool ours = fs::exists(directory / marker);
+  for (const char* name : {"registry.reg", "kartix.ini", "host.db", "images", "transcripts"}) {
+    const fs::path file = directory / name;
+    if (!ours && fs::exists(file)) {
+      throw CommandFailure(file.string() + " is not of an earlier demonstration: name another directory");
+    }
+    fs::remove_all(file);
+  }
+}
+
+void mark(const fs::path& directory) {
+  if (!std::ofstream(directory / marker)) throw CommandFailure(directory.string() + ": cannot be written");
+}
+
 }  // namespace
 
-DemoInstallation::DemoInstallation(fs::path directory) : directory_(fs::absolute(directory)) {
+DemoInstallation::DemoInstallation(const fs::path& directory) : directory_(fs::absolute(directory)) {
   fs::create_directories(directory_);
-  for (const char* own : {"registry.reg", "kartix.ini", "host.db", "images", "transcripts"}) {
-    fs::remove_all(directory_ / own);
-  }
+  removeEarlier(directory_);
+  mark(directory_);
   fs::create_directories(transcripts());
   writeSettings();
   adapters::createHostDatabase(directory_ / "host.db");

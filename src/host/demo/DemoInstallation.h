@@ -10,8 +10,9 @@ namespace kartix::host {
 /// alone.
 class DemoInstallation {
  public:
-  /// Raises an exception with a text for the user when a file cannot be written.
-  explicit DemoInstallation(std::filesystem::path directory);
+  /// Raises an exception with a text for the user when a file cannot be written, or when one of that name is there
+  /// that no demonstration made.
+  explicit DemoInstallation(const std::filesystem::path& directory);
 
   /// Names the gateway in the settings; nothing can be exchanged before.
   void connectGateway(int port);
