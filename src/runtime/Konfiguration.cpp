@@ -21,7 +21,7 @@ constexpr std::string_view sectionDatabase = "FS";
 constexpr std::string_view sectionRegister = "ZKR";
 constexpr std::string_view sectionGateway = "ZEVIS";
 
-std::string padLeft(std::string text, std::size_t width) {
+std::string padLeft(const std::string& text, std::size_t width) {
   const std::size_t length = text::length(text);
   return length < width ? std::string(width - length, '0') + text : text;
 }
