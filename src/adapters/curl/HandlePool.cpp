@@ -1,5 +1,7 @@
 #include "adapters/curl/HandlePool.h"
 
+#include <poll.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <new>
@@ -16,17 +18,27 @@ Handle::Handle(std::string identity) : identity_(std::move(identity)), easy_(cur
   if (!easy_) throw std::bad_alloc();
 }
 
+bool Handle::connectionEnded() const {
+  curl_socket_t socket = CURL_SOCKET_BAD;
+  if (curl_easy_getinfo(easy_, CURLINFO_ACTIVESOCKET, &socket) != CURLE_OK || socket == CURL_SOCKET_BAD) return false;
+  pollfd wait{socket, POLLIN, 0};
+  return ::poll(&wait, 1, 0) > 0;
+}
+
+std::unique_ptr<Handle> HandlePool::takeIdle(const std::string& identity) {
+  const std::scoped_lock lock(mutex_);
+  const auto found =
+      std::find_if(idle_.rbegin(), idle_.rend(), [&](const auto& handle) { return handle->identity() == identity; });
+  if (found == idle_.rend()) return nullptr;
+  auto handle = std::move(*found);
+  idle_.erase(std::next(found).base());
+  return handle;
+}
+
 std::unique_ptr<Handle> HandlePool::take(const std::string& identity) {
-  {
-    const std::scoped_lock lock(mutex_);
-    const auto found = std::find_if(idle_.rbegin(), idle_.rend(),
-                                    [&](const auto& handle) { return handle->identity() == identity; });
-    if (found != idle_.rend()) {
-      auto handle = std::move(*found);
-      idle_.erase(std::next(found).base());
-      return handle;
-    }
-  }
+  auto idle = takeIdle(identity);
+  // Under TLS the library takes a server's farewell for a sign of life, and the request would be lost on the way.
+  if (idle && !idle->connectionEnded()) return idle;
   return std::make_unique<Handle>(identity);
 }
 

@@ -9,7 +9,7 @@
 
 namespace kartix::adapters {
 
-/// One client of the library with the connections that it keeps open.
+/// One client of the library with the one connection that it keeps open.
 class Handle {
  public:
   /// Throws std::bad_alloc when the library cannot make one.
@@ -20,6 +20,9 @@ class Handle {
 
   CURL* easy() const { return easy_; }
   const std::string& identity() const { return identity_; }
+
+  /// True when the server has ended the kept connection, or has said anything unasked.
+  bool connectionEnded() const;
 
   /// What TLS told during the request. It stands here because connections outlive the requests that opened them.
   struct TlsEvents {
@@ -39,9 +42,12 @@ class HandlePool {
   /// A handle that was last used by `identity`, or a new one. The client certificate and its key belong to the
   /// identity: an open connection must not stand in for a key that has changed since.
   std::unique_ptr<Handle> take(const std::string& identity);
+  /// Takes back a handle whose request was answered; after a failure it is of no more use.
   void giveBack(std::unique_ptr<Handle> handle);
 
  private:
+  std::unique_ptr<Handle> takeIdle(const std::string& identity);
+
   std::mutex mutex_;
   std::vector<std::unique_ptr<Handle>> idle_;
 };

@@ -156,6 +156,7 @@ void Request::prepareHttp(CURL* easy, curl_slist* headers) {
   curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(Answer::bodyLimit));
   curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, static_cast<long>(options_.connectSeconds));
   curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, longestIdle);
+  curl_easy_setopt(easy, CURLOPT_MAXCONNECTS, 1L);
   curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
 }
@@ -196,7 +197,7 @@ std::int32_t Request::TESSELHTTPsend() {
   exchange_.emplace(body_.size(), std::chrono::seconds(options_.stallSeconds));
   std::unique_ptr<Handle> handle = pool_->take(identity());
   const std::int32_t outcome = perform(*handle);
-  pool_->giveBack(std::move(handle));
+  if (outcome > 0) pool_->giveBack(std::move(handle));
   return outcome;
 }
 
