@@ -66,9 +66,7 @@ class Simulator::Implementation {
         gateway_(options_.state, options_.clock ? *options_.clock : systemClock_, options_.scenario),
         server_(
             options_.host, options_.port, options_.tls,
-            [this](const HttpRequest& request) { return answer(request); }, [this] { return page(); }) {
-    gateway_.setScenario(options_.scenario);
-  }
+            [this](const HttpRequest& request) { return answer(request); }, [this] { return page(); }) {}
 
   ~Implementation() {
     const std::lock_guard lock(mutex_);
