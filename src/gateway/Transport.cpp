@@ -92,7 +92,7 @@ std::int32_t KBAInterface::PostXml(std::string_view path, const platform::XmlDoc
 
   const std::int32_t outcome = http->TESSELHTTPsend();
   if (outcome <= 0) {
-    errorText = cut(library.TESSELHTTPgetErrorDesc(outcome), textSize);
+    errorText = runtime_.global.NullTrim(text::left(library.TESSELHTTPgetErrorDesc(outcome), textSize));
     if (http->requestSentCompletely()) {
       runtime_.trace.TraceLine("PostXml: Anfrage vollständig gesendet, aber keine Antwort erhalten",
                                trace_level::calls);

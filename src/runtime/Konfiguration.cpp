@@ -156,17 +156,17 @@ void Konfiguration::readRegister() {
   CookieSlot = static_cast<std::int16_t>(sum % 5);
 }
 
-void Konfiguration::writeIni(std::string_view Schluessel, std::string_view value) {
-  files_.WritePrivateProfileString(SektionKennung, Schluessel, value, InfoDatei);
+bool Konfiguration::writeIni(std::string_view Schluessel, std::string_view value) {
+  return files_.WritePrivateProfileString(SektionKennung, Schluessel, value, InfoDatei);
 }
 
 void Konfiguration::SaveZEVISPass(std::string_view newPass) {
   const std::string scrambled = global_.CryptLong(newPass);
-  if (ZEVISPassFromIni) {
-    writeIni("ZEVISPass", scrambled);
-  } else {
-    RegWriteString(std::string(productKey) + SektionKennung, "ZEVISPass", scrambled);
-  }
+  const bool stored = ZEVISPassFromIni
+                          ? writeIni("ZEVISPass", scrambled)
+                          : RegWriteString(std::string(productKey) + SektionKennung, "ZEVISPass", scrambled);
+  // The clerk is not told, but whoever looks for the reason of the next refused login finds it.
+  if (!stored) trace_.TraceLine("Neues ZEVIS-Passwort konnte nicht gespeichert werden", trace_level::calls);
 }
 
 bool Konfiguration::GetImageDir(std::string_view personennummer) {

@@ -47,10 +47,10 @@ class Konfiguration {
   /// True when the value was written.
   bool RegWriteString(std::string_view key, std::string_view name, std::string_view value);
 
-  /// Writes a value of the ini file `InfoDatei`, section `SektionKennung`. The outcome is ignored.
-  void writeIni(std::string_view Schluessel, std::string_view value);
+  /// Writes a value of the ini file `InfoDatei`, section `SektionKennung`. True when it was written.
+  bool writeIni(std::string_view Schluessel, std::string_view value);
 
-  /// Stores a new gateway password, scrambled, where the old one came from. The outcome of the write is ignored.
+  /// Stores a new gateway password, scrambled, where the old one came from. A write that fails is traced only.
   void SaveZEVISPass(std::string_view newPass);
 
   /// Works out the image path (without extension) of a person and sets `ImageDir`; False when the installation names

@@ -170,6 +170,14 @@ TEST_F(Clerk, EnterEscapeAndLettersPressButtons) {
     button.setFocus();
     QTest::keyClick(&button, Qt::Key_Enter);
     EXPECT_EQ(cancels, 1);
+    // A key that is held down presses nothing more, whichever widget has the focus.
+    for (QWidget* const focused : {static_cast<QWidget*>(&edit), static_cast<QWidget*>(&button),
+                                   static_cast<QWidget*>(&widget<QPushButton>(window, "Button[0]"))}) {
+      focused->setFocus();
+      QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+      QApplication::sendEvent(focused, &held);
+    }
+    EXPECT_TRUE(actions == 1 && cancels == 1);
     QTest::keyClick(&edit, Qt::Key_S, Qt::AltModifier);
     EXPECT_TRUE(QTest::qWaitFor([&] { return actions == 2; }));
     edit.setFocus();

@@ -229,12 +229,15 @@ TEST_F(Transport, RequestIsNeverSentTwice) {
 }
 
 TEST_F(Transport, KeptConnectionThatTheServerClosedIsReplaced) {
-  LoopbackServer server({{answer(""), Then::close}});
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(send({server.port()}), 200);
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  for (const bool tls : {false, true}) {
+    LoopbackServer server({{answer(""), Then::close}},
+                          tls ? std::optional(test::TlsWishes{serverFiles, ""}) : std::nullopt);
+    for (int i = 0; i < 3; ++i) {
+      EXPECT_EQ(send({.port = server.port(), .tls = tls}), 200);
+      std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+    EXPECT_EQ(server.connections(), 3);
   }
-  EXPECT_EQ(server.connections(), 3);
 }
 
 TEST_F(Transport, RequestThatWasCutOffWasNotSentCompletely) {
