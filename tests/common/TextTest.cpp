@@ -114,14 +114,6 @@ TEST(Dates, AreRearrangedAndNotChecked) {
   }
 }
 
-TEST(Dates, MomentsHaveFixedWidth) {
-  const platform::LocalTime early{2026, 1, 2, 3, 4, 5};
-  EXPECT_EQ(moment::yyyymmdd(early), "20260102");
-  EXPECT_EQ(moment::hhnnss(early), "03:04:05");
-  EXPECT_EQ(moment::stamp(early), "20260102030405000");
-  EXPECT_EQ(moment::traceTime(early), "02.01.2026 03:04:05");
-}
-
 TEST(Values, PassBetweenTheKinds) {
   struct Case {
     platform::Value value;

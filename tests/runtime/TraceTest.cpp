@@ -11,7 +11,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 const std::string key = std::string(productKey) + "ZFER\\";
@@ -81,16 +80,6 @@ TEST_F(TraceFile, IsForItsOwnerAlone) {
   EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
 }
 
-TEST_F(TraceFile, IsNotOpenedWithoutALevel) {
-  for (const std::string level : {"0", "", "x", "-3"}) {
-    openAt(level, file);
-    runtime.trace.TraceLine("nothing", 0);
-    runtime.TraceClose();
-    EXPECT_FALSE(std::filesystem::exists(file)) << level;
-    EXPECT_THAT(machine.messages.take(), IsEmpty()) << level;
-  }
-}
-
 TEST_F(TraceFile, LevelStoredAsANumberIsRead) {
   test::writeBytes(machine.directory / "registry.reg",
                    "REGEDIT4\r\n[HKEY_CURRENT_USER\\Software\\Tessel\\ARGO KBA ONLINE\\ZFER]\r\n"
@@ -99,32 +88,6 @@ TEST_F(TraceFile, LevelStoredAsANumberIsRead) {
   runtime.TraceOpen();
   EXPECT_TRUE(runtime.trace.TraceOn());
   EXPECT_EQ(runtime.trace.DebugLevel(), 3);
-}
-
-TEST_F(TraceFile, ThatCannotBeOpenedIsReportedAndDoneWithout) {
-  for (const std::string& path : {std::string(), machine.directory.path().string(), file + "/no/trace.txt"}) {
-    openAt("3", path);
-    EXPECT_THAT(machine.messages.take(),
-                ElementsAre("ARGO Kartix: Fehler|(105)\r\nDebug-Datei " + path + " konnte nicht geöffnet werden."));
-    runtime.trace.TraceCall("Function init");
-    runtime.TraceClose();
-    EXPECT_THAT(machine.messages.take(), IsEmpty());
-  }
-}
-
-TEST_F(TraceFile, OnAFullDiskIsReportedOnceAndClosed) {
-  openAt("5", "/dev/full");
-  EXPECT_THAT(machine.messages.take(),
-              ElementsAre("ARGO Kartix - Hinweis|Debuglevel: 5\r\nDatei: /dev/full",
-                          "ARGO Kartix: Fehler|(106)\r\nDebug-Datei konnte nicht geschrieben werden. Datei wird "
-                          "geschlossen."));
-  EXPECT_FALSE(runtime.trace.TraceOn());
-  runtime.trace.TraceCall("Function init");
-  runtime.TraceClose();
-  EXPECT_THAT(machine.messages.take(), IsEmpty());
-  // The next object may trace again.
-  openAt("1", file);
-  EXPECT_TRUE(runtime.trace.TraceOn());
 }
 
 TEST_F(TraceFile, ShowsStoredSecretsOnlyScrambled) {

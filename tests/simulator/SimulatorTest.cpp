@@ -356,15 +356,5 @@ TEST(Simulator, TlsDemandsTheClientsCertificate) {
   EXPECT_THROW(Simulator({.tls = TlsFiles{(directory / "none").string(), server.key, ""}}), BadFile);
 }
 
-TEST(Simulator, ATakenPortIsNamed) {
-  const Simulator first({});
-  try {
-    const Simulator second({.port = first.port()});
-    FAIL() << "two on one port";
-  } catch (const StartFailure& failure) {
-    EXPECT_THAT(failure.what(), HasSubstr(":" + std::to_string(first.port()) + ": the port is taken"));
-  }
-}
-
 }  // namespace
 }  // namespace kartix::simulator

@@ -14,7 +14,7 @@ using Create = int (*)(Context**);
 using Destroy = int (*)(Context*);
 using Play = int (*)(Context*, std::uint32_t, ...);
 
-/// Names of the freedesktop.org sound naming specification.
+/// Names of sounds as the themes of free desktops have them.
 constexpr std::array<std::pair<std::string_view, const char*>, 3> soundNames = {
     {{"SystemQuestion", "dialog-question"}, {"SystemExclamation", "dialog-warning"}, {"SystemHand", "dialog-error"}}};
 
