@@ -25,13 +25,6 @@ TEST(Text, PositionsCountCharacters) {
   EXPECT_EQ(text::length("\xF0\x9F\x9A\x9B"), 1U);
 }
 
-TEST(Text, OnlyBlanksAreTrimmed) {
-  EXPECT_EQ(text::trim("  a b  "), "a b");
-  EXPECT_EQ(text::trim("   "), "");
-  EXPECT_EQ(text::trim(" \ta\r\n "), "\ta\r\n");
-  EXPECT_EQ(text::trim("\u00A0a"), "\u00A0a");
-}
-
 TEST(Text, InvalidBytesAreToldApart) {
   for (const std::string valid : {"", "Mü\u0081", "\u07FF\u0800\uFFFD", "\U0010FFFF"}) {
     EXPECT_TRUE(text::isValidUtf8(valid)) << valid;

@@ -45,15 +45,6 @@ TEST_F(Messages, ErrorsOfTheCatalogue) {
   }
 }
 
-TEST_F(Messages, TransportFailureNamesItsSource) {
-  runtime.reporting.ShowCommError("HTTP", 404, "Not Found");
-  runtime.reporting.ShowCommError("COM", -23, "Proxy");
-  EXPECT_THAT(
-      machine.messages.take(),
-      ElementsAre("ARGO Kartix: Fehler|(200)\r\nKommunikationsfehler: HTTP/404: Not Found",
-                  "ARGO Kartix: Fehler|(200)\r\nKommunikationsfehler: COM/-23: Proxy (Private Wire bereit?)"));
-}
-
 TEST_F(Messages, CriticalWarningIsAnError) {
   runtime.reporting.ErrorMsg("m", "ARGO Kartix - Warnung", false);
   runtime.reporting.ErrorMsg("m", "ARGO Kartix - Warnung", true);
