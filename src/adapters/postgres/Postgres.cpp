@@ -72,9 +72,8 @@ Session logIn(const dbe::Login& where, const Account& account, const std::string
     values.at(i) = parameters.at(i).value;
   }
   Session session(PQconnectdbParams(names.data(), values.data(), 0));
-  if (session)
-    PQsetNoticeProcessor(
-        session.get(), [](void*, const char*) {}, nullptr);
+  const PQnoticeProcessor silent = [](void*, const char*) {};
+  if (session) PQsetNoticeProcessor(session.get(), silent, nullptr);
   return session;
 }
 
