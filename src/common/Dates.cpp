@@ -1,5 +1,6 @@
 #include "common/Dates.h"
 
+#include <array>
 #include <cstdio>
 
 #include "common/Text.h"
@@ -22,9 +23,9 @@ namespace moment {
 namespace {
 
 std::string digits(int value, int width) {
-  char buffer[16];
-  const int length = std::snprintf(buffer, sizeof buffer, "%0*d", width, value);
-  return {buffer, static_cast<std::size_t>(length)};
+  std::array<char, 16> buffer{};
+  const int length = std::snprintf(buffer.data(), buffer.size(), "%0*d", width, value);
+  return {buffer.data(), static_cast<std::size_t>(length)};
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "common/Values.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -11,9 +12,9 @@ namespace kartix {
 namespace {
 
 std::string numberText(double number) {
-  char buffer[32];
-  const auto result = std::to_chars(buffer, buffer + sizeof buffer, number);
-  return {buffer, result.ptr};
+  std::array<char, 32> buffer{};
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
+  return {buffer.data(), result.ptr};
 }
 
 struct Text {

@@ -13,6 +13,7 @@
 #include <QSignalBlocker>
 #include <QStatusBar>
 #include <QTreeWidget>
+#include <array>
 #include <utility>
 
 #include "adapters/qt/ButtonMirrors.h"
@@ -71,7 +72,7 @@ std::unique_ptr<Mirror> mirrorOf(forms::Control& control, QWidget& widget) {
 
 std::unique_ptr<Mirror> makeMirror(forms::Control& control, QWidget& widget) {
   using Maker = std::unique_ptr<Mirror> (*)(forms::Control&, QWidget&);
-  static constexpr Maker makers[] = {
+  static constexpr std::array<Maker, 10> makers = {
       mirrorOf<LabelMirror, forms::Label, QLabel>,
       mirrorOf<LineMirror, forms::TextField, QLineEdit>,
       mirrorOf<LinesMirror, forms::TextField, QPlainTextEdit>,

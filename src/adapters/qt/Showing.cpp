@@ -1,6 +1,5 @@
 #include "adapters/qt/Showing.h"
 
-#include <QTimer>
 #include <chrono>
 
 namespace kartix::adapters::qt {
@@ -12,6 +11,11 @@ constexpr std::chrono::seconds unseen{2};
 }  // namespace
 
 Showing::Showing(forms::Form& form, QWidget* parent) : form_(form), window_(form, parent) {
+  for (QTimer* const timer : {&soon_, &unseen_}) {
+    timer->setSingleShot(true);
+    QObject::connect(timer, &QTimer::timeout, &window_, [this] { fireTimer(); });
+  }
+  unseen_.setInterval(unseen);
   window_.takeInput([this](const std::function<void()>& action) { return pass(action); });
   window_.onPainted = [this] { startTimerSoon(); };
   form_.attach(this);
@@ -27,7 +31,7 @@ void Showing::run() {
   window_.centre();
   window_.show();
   window_.comeForward();
-  QTimer::singleShot(unseen, &window_, [this] { fireTimer(); });
+  unseen_.start();
   while (form_.shown()) {
     loop_.exec();
     if (!form_.shown()) break;
@@ -52,13 +56,10 @@ bool Showing::pass(const std::function<void()>& action) {
 }
 
 void Showing::startTimerSoon() {
-  if (fireQueued_ || !form_.Timer1.running()) return;
-  fireQueued_ = true;
-  QTimer::singleShot(0, &window_, [this] { fireTimer(); });
+  if (form_.Timer1.running() && !soon_.isActive()) soon_.start();
 }
 
 void Showing::fireTimer() {
-  fireQueued_ = false;
   if (form_.shown() && !form_.busy()) form_.firePaintedTimer();
 }
 

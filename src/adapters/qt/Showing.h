@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QEventLoop>
+#include <QTimer>
 #include <functional>
 
 #include "adapters/qt/Window.h"
@@ -36,7 +37,8 @@ class Showing : public forms::FormView {
   forms::Form& form_;
   Window window_;
   QEventLoop loop_;
-  bool fireQueued_ = false;
+  QTimer soon_;    ///< fires the form's timer once the running events are done
+  QTimer unseen_;  ///< fires it for a window that is never painted
 };
 
 }  // namespace kartix::adapters::qt
