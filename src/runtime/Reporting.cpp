@@ -13,7 +13,11 @@ constexpr int iconError = 2;
 
 }  // namespace
 
-std::int16_t Reporting::show(const Message& message) { return window_ ? window_->showMessage(message) : -2; }
+std::int16_t Reporting::show(const Message& message) {
+  constexpr std::int16_t notShown = -2;
+  if (!window_) return notShown;
+  return window_->showMessage(message);
+}
 
 void Reporting::ErrorMsg(std::string_view message, std::string_view caption, bool critical) {
   trace_.TraceEnter("Global::ErrorMsg");
