@@ -1,5 +1,7 @@
 #include "dialogs/Auswahl.h"
 
+#include <algorithm>
+
 #include "common/Text.h"
 #include "dialogs/Workplace.h"
 #include "hostdb/Fahrerkarten.h"

@@ -1,6 +1,5 @@
 #include "dialogs/StartForm.h"
 
-#include <array>
 #include <utility>
 
 #include "common/Text.h"

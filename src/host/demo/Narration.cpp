@@ -1,5 +1,6 @@
 #include "host/demo/Narration.h"
 
+#include <algorithm>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
