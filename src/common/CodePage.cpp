@@ -14,13 +14,6 @@ constexpr std::array<char32_t, 32> upperControls = {0x20AC, 0x0081, 0x201A, 0x01
                                                     0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                                     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-char toByte(char32_t character) {
-  if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) return static_cast<char>(character);
-  const auto* const found = std::find(upperControls.begin(), upperControls.end(), character);
-  if (found == upperControls.end()) return '?';
-  return static_cast<char>(0x80 + (found - upperControls.begin()));
-}
-
 constexpr char32_t lastIsoCharacter = 0xFF;
 
 std::string reference(char32_t character) {
@@ -29,11 +22,18 @@ std::string reference(char32_t character) {
 
 }  // namespace
 
+char toAnsiByte(char32_t character) noexcept {
+  if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) return static_cast<char>(character);
+  const auto* const found = std::find(upperControls.begin(), upperControls.end(), character);
+  if (found == upperControls.end()) return '?';
+  return static_cast<char>(0x80 + (found - upperControls.begin()));
+}
+
 std::string toAnsi(std::string_view utf8) {
   std::string bytes;
   bytes.reserve(utf8.size());
   for (std::size_t position = 0; position < utf8.size();) {
-    bytes.push_back(toByte(text::nextCharacter(utf8, position)));
+    bytes.push_back(toAnsiByte(text::nextCharacter(utf8, position)));
   }
   return bytes;
 }

@@ -10,6 +10,9 @@ namespace kartix::codepage {
 /// map to the bytes that the code page leaves undefined, so that every byte survives a round trip.
 std::string toAnsi(std::string_view utf8);
 
+/// The same for one character.
+char toAnsiByte(char32_t character) noexcept;
+
 /// Windows-1252 to UTF-8.
 std::string fromAnsi(std::string_view bytes);
 

@@ -42,9 +42,5 @@ std::string stamp(const platform::LocalTime& t) {
   return yyyymmdd(t) + digits(t.hour, 2) + digits(t.minute, 2) + digits(t.second, 2) + "000";
 }
 
-std::string traceTime(const platform::LocalTime& t) {
-  return digits(t.day, 2) + "." + digits(t.month, 2) + "." + digits(t.year, 4) + " " + hhnnss(t);
-}
-
 }  // namespace moment
 }  // namespace kartix

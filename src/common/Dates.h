@@ -19,9 +19,8 @@ std::string checkedDatabaseDate(std::string_view date);
 /// Formats of a moment, all of fixed width.
 namespace moment {
 std::string yyyymmdd(const platform::LocalTime& time);
-std::string hhnnss(const platform::LocalTime& time);     ///< "hh:nn:ss"
-std::string stamp(const platform::LocalTime& time);      ///< "yyyymmddhhnnss000"
-std::string traceTime(const platform::LocalTime& time);  ///< "dd.mm.yyyy HH:MM:SS"
+std::string hhnnss(const platform::LocalTime& time);  ///< "hh:nn:ss"
+std::string stamp(const platform::LocalTime& time);   ///< "yyyymmddhhnnss000"
 }  // namespace moment
 
 }  // namespace kartix

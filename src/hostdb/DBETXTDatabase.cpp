@@ -112,7 +112,7 @@ std::int16_t DBETXTDatabase::openDatabase() {
   closeDatabase();
   runtime_.trace.TraceEnter("DBETXTDatabase::openDatabase");
   const std::int16_t code = open();
-  runtime_.trace.TraceLeave("DBETXTDatabase::openDatabase", std::to_string(code));
+  runtime_.trace.TraceLeave("DBETXTDatabase::openDatabase", code);
   return code;
 }
 

@@ -45,7 +45,7 @@ std::int16_t Reporting::YesNoMsg(std::string_view message, std::string_view capt
   trace_.TraceParam("caption", caption);
   global_.WaitCursor(false);
   const std::int16_t result = show({std::string(message), std::string(caption), 2, iconQuestion, "Ja", "Nein"});
-  trace_.TraceLeave("Global::YesNoMsg", std::to_string(result));
+  trace_.TraceLeave("Global::YesNoMsg", result);
   return result;
 }
 

@@ -66,7 +66,7 @@ void Runtime::showModal(forms::Form& form) {
     if (result == platform::UserInterface::ShowResult::noDisplay) missDisplay(form);
   }
   if (!form.failure().empty()) {
-    trace.TraceLine("Fenster " + form.name() + " abgebrochen: " + form.failure(), trace_level::calls);
+    trace.TraceLine({"Fenster ", form.name(), " abgebrochen: ", form.failure()}, trace_level::calls);
   }
 }
 

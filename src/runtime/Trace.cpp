@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "common/CodePage.h"
-#include "common/Dates.h"
+#include "common/Text.h"
 
 namespace kartix {
 namespace {
@@ -16,6 +16,39 @@ void restrictToOwner(const std::string& path) {
   std::error_code ignored;
   fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write, ignored);
 }
+
+/// A line on its way to the file, piece by piece through a buffer of fixed size: no line needs memory.
+class AnsiLine {
+ public:
+  explicit AnsiLine(std::FILE& file) : file_(file) {}
+
+  void addTime(const platform::LocalTime& t) {
+    std::array<char, 80> text{};
+    std::snprintf(text.data(), text.size(), "%02d.%02d.%04d %02d:%02d:%02d  ", t.day, t.month, t.year, t.hour,
+                  t.minute, t.second);
+    add(text.data());
+  }
+
+  void add(std::string_view utf8) {
+    for (std::size_t position = 0; position < utf8.size();) {
+      if (size_ == buffer_.size()) flush();
+      buffer_.at(size_++) = codepage::toAnsiByte(text::nextCharacter(utf8, position));
+    }
+  }
+
+  /// False when the file did not take all of the line up to here.
+  bool flush() {
+    if (std::fwrite(buffer_.data(), 1, size_, &file_) != size_) taken_ = false;
+    size_ = 0;
+    return taken_;
+  }
+
+ private:
+  std::FILE& file_;
+  std::array<char, 4096> buffer_{};
+  std::size_t size_ = 0;
+  bool taken_ = true;
+};
 
 }  // namespace
 
@@ -38,53 +71,44 @@ void Trace::close() {
   file_.reset();
 }
 
-void Trace::write(std::string_view text) {
-  std::string line = moment::traceTime(clock_.now()) + "  ";
-  line += codepage::toAnsi(text);
-  line += "\r\n";
-  if (std::fwrite(line.data(), 1, line.size(), file_.get()) == line.size()) return;
-  close();
-  if (onWriteFailure) onWriteFailure();
+void Trace::write(std::initializer_list<std::string_view> parts) noexcept {
+  try {
+    AnsiLine line(*file_);
+    line.addTime(clock_.now());
+    for (const std::string_view part : parts) line.add(part);
+    line.add("\r\n");
+    if (line.flush()) return;
+    close();
+    if (onWriteFailure) onWriteFailure();
+  } catch (...) {
+    // A failure of the trace never changes what is traced.
+  }
 }
 
-void Trace::TraceLine(std::string_view text, int level) {
-  if (writes(level)) write(text);
+void Trace::TraceEnter(std::string_view name, int level) noexcept { TraceLine({">>> ", name, " >>>"}, level); }
+
+void Trace::TraceParam(std::string_view name, std::string_view value, int level) noexcept {
+  TraceLine({"*** Parameter ", name, "=", value}, level);
 }
 
-void Trace::TraceEnter(std::string_view name, int level) {
-  if (writes(level)) write(">>> " + std::string(name) + " >>>");
+void Trace::TraceLeave(std::string_view name, std::string_view value, int level) noexcept {
+  TraceLine({"<<< ", name, " <<< ", value.empty() ? "" : "Result: ", value}, level);
 }
 
-void Trace::TraceParam(std::string_view name, std::string_view value, int level) {
-  if (writes(level)) write("*** Parameter " + std::string(name) + "=" + std::string(value));
-}
+void Trace::TraceSeparator() noexcept { TraceLine(separator, trace_level::calls); }
 
-void Trace::TraceLeave(std::string_view name, std::string_view value, int level) {
-  if (!writes(level)) return;
-  std::string line = "<<< " + std::string(name) + " <<< ";
-  if (!value.empty()) line.append("Result: ").append(value);
-  write(line);
-}
-
-void Trace::TraceSeparator() { TraceLine(separator, trace_level::calls); }
-
-void Trace::TraceCall(std::string_view name) {
-  if (!writes(trace_level::calls)) return;
+void Trace::TraceCall(std::string_view name) noexcept {
   TraceSeparator();
-  TraceLine("Call: " + std::string(name), trace_level::calls);
+  TraceLine({"Call: ", name}, trace_level::calls);
 }
 
-void Trace::TraceRegDump() {
+void Trace::TraceRegDump() noexcept {
   TraceLine("REG-DUMP", trace_level::calls);
   TraceSeparator();
 }
 
 void Trace::TraceAbort(std::string_view call, std::string_view reason) noexcept {
-  try {
-    TraceLine(std::string(call).append(": Abbruch: ").append(reason), trace_level::calls);
-  } catch (...) {
-    // There is nobody left to tell.
-  }
+  TraceLine({call, ": Abbruch: ", reason}, trace_level::calls);
 }
 
 }  // namespace kartix

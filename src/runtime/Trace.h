@@ -1,9 +1,13 @@
 #pragma once
 
+#include <array>
+#include <charconv>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -23,6 +27,9 @@ inline constexpr int columns = 99;
 /// The diagnostic trace file: one line a call, in the single-byte code page, ended by CRLF, each beginning with the
 /// local time. While it is closed every call returns after one comparison. The file is created with access for its
 /// owner only, since it may hold secrets; each line reaches the system before the call returns.
+///
+/// The calls that write a line never throw and allocate nothing, so that a line can be written when memory has run
+/// out, in a destructor, and after the point of no return.
 class Trace {
  public:
   explicit Trace(platform::Clock& clock) : clock_(clock) {}
@@ -36,27 +43,38 @@ class Trace {
   const std::string& DebugFile() const { return path_; }
   std::int16_t DebugLevel() const { return level_; }
 
-  /// Called once, with the file closed already, when a line could not be written.
+  /// Called once, with the file closed already, when a line could not be written. What it throws is lost.
   std::function<void()> onWriteFailure;
 
-  void TraceLine(std::string_view text, int level);
-  void TraceEnter(std::string_view name, int level = trace_level::calls);
-  void TraceParam(std::string_view name, std::string_view value, int level = trace_level::parameters);
-  void TraceParam(std::string_view name, std::same_as<bool> auto value, int level = trace_level::parameters) {
+  void TraceLine(std::string_view text, int level) noexcept {
+    if (writes(level)) write({text});
+  }
+  /// The parts as one line.
+  void TraceLine(std::initializer_list<std::string_view> parts, int level) noexcept {
+    if (writes(level)) write(parts);
+  }
+  void TraceEnter(std::string_view name, int level = trace_level::calls) noexcept;
+  void TraceParam(std::string_view name, std::string_view value, int level = trace_level::parameters) noexcept;
+  void TraceParam(std::string_view name, std::same_as<bool> auto value,
+                  int level = trace_level::parameters) noexcept {
     TraceParam(name, std::string_view(value ? "True" : "False"), level);
   }
-  void TraceParam(std::string_view name, std::integral auto value,
-                  int level = trace_level::parameters) requires(!std::same_as<decltype(value), bool>) {
-    if (writes(level)) TraceParam(name, std::string_view(std::to_string(value)), level);
+  void TraceParam(std::string_view name, std::integral auto value, int level = trace_level::parameters) noexcept
+      requires(!std::same_as<decltype(value), bool>) {
+    TraceParam(name, Digits(value).text(), level);
   }
-  void TraceLeave(std::string_view name, std::string_view value = {}, int level = trace_level::calls);
-  void TraceLeave(std::string_view name, std::same_as<bool> auto value) {
+  void TraceLeave(std::string_view name, std::string_view value = {}, int level = trace_level::calls) noexcept;
+  void TraceLeave(std::string_view name, std::same_as<bool> auto value) noexcept {
     TraceLeave(name, std::string_view(value ? "True" : "False"));
   }
-  void TraceSeparator();
-  void TraceCall(std::string_view name);
-  void TraceRegDump();
-  /// A public call ended early because of `reason`. Never throws, whatever the state of the machine.
+  void TraceLeave(std::string_view name, std::integral auto value) noexcept
+      requires(!std::same_as<decltype(value), bool>) {
+    TraceLeave(name, Digits(value).text());
+  }
+  void TraceSeparator() noexcept;
+  void TraceCall(std::string_view name) noexcept;
+  void TraceRegDump() noexcept;
+  /// A public call ended early because of `reason`.
   void TraceAbort(std::string_view call, std::string_view reason) noexcept;
 
  private:
@@ -64,8 +82,22 @@ class Trace {
     void operator()(std::FILE* file) const { std::fclose(file); }
   };
 
-  bool writes(int level) const { return level <= level_ && on_; }
-  void write(std::string_view text);
+  /// A number as text, without a string.
+  class Digits {
+   public:
+    explicit Digits(std::integral auto value) noexcept
+        : end_(std::to_chars(buffer_.data(), buffer_.data() + buffer_.size(), value).ptr) {}
+    std::string_view text() const noexcept {
+      return {buffer_.data(), static_cast<std::size_t>(end_ - buffer_.data())};
+    }
+
+   private:
+    std::array<char, 24> buffer_{};
+    char* end_;
+  };
+
+  bool writes(int level) const noexcept { return level <= level_ && on_; }
+  void write(std::initializer_list<std::string_view> parts) noexcept;
 
   platform::Clock& clock_;
   std::unique_ptr<std::FILE, Close> file_;

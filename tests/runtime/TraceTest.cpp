@@ -15,6 +15,7 @@ using testing::Not;
 
 const std::string key = std::string(productKey) + "ZFER\\";
 const std::string line60(60, '*');
+const std::string longText(5000, 'x');
 
 class TraceFile : public testing::Test {
  protected:
@@ -53,6 +54,7 @@ TEST_F(TraceFile, HoldsTheLinesOfItsLevel) {
     runtime.trace.TraceParam("count", std::int32_t{-7}, trace_level::columns);
     runtime.trace.TraceLine("gelesen: 3", trace_level::counts);
     runtime.trace.TraceLeave("Global::x", "Đ");
+    runtime.trace.TraceLine({longText, "<", longText}, trace_level::calls);
     runtime.trace.TraceLeave("Global::y");
     runtime.TraceClose();
     std::vector<std::string> lines = {"ARGO Kartix",      line60, "REG-DUMP", line60, line60, "Call: Function init",
@@ -63,7 +65,10 @@ TEST_F(TraceFile, HoldsTheLinesOfItsLevel) {
     }
     if (c.columns) lines.emplace_back("*** Parameter count=-7");
     if (c.counts) lines.emplace_back("gelesen: 3");
-    for (const char* line : {"<<< Global::x <<< Result: ?", "<<< Global::y <<< "}) lines.emplace_back(line);
+    for (const std::string& line :
+         {std::string("<<< Global::x <<< Result: ?"), longText + "<" + longText, std::string("<<< Global::y <<< ")}) {
+      lines.emplace_back(line);
+    }
     lines.insert(lines.end(), {line60, "EOF"});
     // The message that the file is closed is shown when it is closed.
     EXPECT_EQ(test::readBytes(file), expected(lines)) << c.level;
