@@ -86,7 +86,7 @@ bool ZKRAnfrage::requestSingleRecord(const std::string& kartennummer) {
   criteria.kgknr = kartennummer;
   if (!BuildZKRAnfrage(runtime_, kba_, *request, criteria)) return false;
   std::string errorText;
-  kba_.PostXml(runtime_.konfiguration.AnfrageURI, *request, *response, errorText);
+  kba_.PostXml(runtime_.konfiguration.AnfrageURI, *request, *response, errorText, Effect::reads);
   window_.setProgress(65, "Antwort wird verarbeitet...", true);
   std::string ignored;
   return EvaluateZKRAntwort(*response, ignored) == outcome::taken;
@@ -101,7 +101,8 @@ bool ZKRAnfrage::ZKRAnfrageHTTP(const InquiryCriteria& criteria) {
     if (!BuildZKRAnfrage(runtime_, kba_, *request, criteria)) return false;
     window_.setProgress(45, "", true);
     std::string errorText;
-    const std::int32_t status = kba_.PostXml(runtime_.konfiguration.AnfrageURI, *request, *response, errorText);
+    const std::int32_t status =
+        kba_.PostXml(runtime_.konfiguration.AnfrageURI, *request, *response, errorText, Effect::reads);
     window_.setProgress(50, "", true);
     if (!kba_.CheckHttpStatus(status, errorText)) return false;
     window_.setProgress(55, "Antwort wird verarbeitet...", true);

@@ -12,6 +12,12 @@ namespace kartix {
 
 class Runtime;
 
+/// What a message does at the KBA.
+enum class Effect {
+  reads,    ///< inquiry, login: losing it costs a repetition
+  changes,  ///< order, cancellation, notification, new password: goes out on a fresh connection
+};
+
 /// The road to the register's gateway: message documents and their exchange by HTTP POST.
 class KBAInterface {
  public:
@@ -46,7 +52,7 @@ class KBAInterface {
   /// formed. Returns the HTTP status, a negative error of the client library, or 0 when no request could be made.
   /// `errorText` gets the text of the status or error. Nothing is ever sent twice.
   std::int32_t PostXml(std::string_view path, const platform::XmlDocument& request, platform::XmlDocument& response,
-                       std::string& errorText);
+                       std::string& errorText, Effect effect);
 
   /// True for 200. Any other HTTP status and every library error is reported to the clerk.
   bool CheckHttpStatus(std::int32_t status, std::string_view errorText);

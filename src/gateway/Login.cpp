@@ -33,7 +33,8 @@ LoginAnswer attemptLogin(Runtime& runtime, KBAInterface& kba, const std::string&
   if (!newPassword.empty()) request->appendElement(root, "PASSN", newPassword);
 
   LoginAnswer answer;
-  answer.status = kba.PostXml(runtime.konfiguration.ZEVISAuthURI, *request, *response, answer.errorText);
+  const Effect effect = newPassword.empty() ? Effect::reads : Effect::changes;
+  answer.status = kba.PostXml(runtime.konfiguration.ZEVISAuthURI, *request, *response, answer.errorText, effect);
   answer.kind = rootName(*response);
   answer.RETC = leadingInt32(firstText(*response, "//RETC"));
   answer.RETT = firstText(*response, "//RETT");

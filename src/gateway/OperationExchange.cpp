@@ -30,7 +30,7 @@ std::unique_ptr<platform::XmlDocument> sendOnce(const ExchangeContext& context, 
   if (!build(*request)) return nullptr;
   context.window.ShowProgress(45, "", true);
   std::string errorText;
-  const std::int32_t status = context.kba.PostXml(path, *request, *answer, errorText);
+  const std::int32_t status = context.kba.PostXml(path, *request, *answer, errorText, Effect::changes);
   context.window.ShowProgress(50, "", true);
   if (!context.kba.CheckHttpStatus(status, errorText)) return nullptr;
   return answer;

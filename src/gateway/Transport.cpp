@@ -75,7 +75,7 @@ std::string cut(std::string_view text, std::size_t size) {
 }  // namespace
 
 std::int32_t KBAInterface::PostXml(std::string_view path, const platform::XmlDocument& request,
-                                   platform::XmlDocument& response, std::string& errorText) {
+                                   platform::XmlDocument& response, std::string& errorText, Effect effect) {
   const Konfiguration& settings = runtime_.konfiguration;
   platform::HttpLibrary& library = runtime_.machine.http;
   const Hourglass hourglass(runtime_.global);
@@ -89,6 +89,7 @@ std::int32_t KBAInterface::PostXml(std::string_view path, const platform::XmlDoc
   if (http->TESSELHTTPsetBody(bytesOnTheWire(request)) != 0) return 0;
   addCookies(*http, cookies_);
   addTls(*http, settings);
+  if (effect == Effect::changes) http->useFreshConnection();
 
   const std::int32_t outcome = http->TESSELHTTPsend();
   if (outcome <= 0) {

@@ -46,6 +46,10 @@ class HttpRequest {
   virtual void TESSELHTTPsetSecureProxy(std::string_view address) = 0;
   virtual void TESSELHTTPclearSecureProxy() = 0;
 
+  /// Keeps the request off connections that are already open: a server may have ended one of those without a word,
+  /// and it would stay unknown whether the request was taken.
+  virtual void useFreshConnection() = 0;
+
   /// Sends the request and waits for the answer: the HTTP status code, or one of `http_error`.
   virtual std::int32_t TESSELHTTPsend() = 0;
   /// True once every byte of the request has left this machine, whatever came of the answer.

@@ -208,6 +208,10 @@ TEST_F(Transport, ConnectionsAreKeptForTheSameClientOnly) {
   Exchange exchange{.port = server.port(), .tls = true, .client = client};
   for (int i = 0; i < 3; ++i) EXPECT_EQ(send(exchange), 200);
   EXPECT_EQ(server.connections(), 1);
+  const auto fresh = request(exchange);
+  fresh->useFreshConnection();
+  EXPECT_EQ(fresh->TESSELHTTPsend(), 200);
+  EXPECT_EQ(server.connections(), 2);
   exchange.client.key = serverFiles.key;
   EXPECT_EQ(send(exchange), error::clientCertificateUnusable);
 }

@@ -157,6 +157,7 @@ void Request::prepareHttp(CURL* easy, curl_slist* headers) {
   curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, static_cast<long>(options_.connectSeconds));
   curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, longestIdle);
   curl_easy_setopt(easy, CURLOPT_MAXCONNECTS, 1L);
+  curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, fresh_ ? 1L : 0L);
   curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
 }

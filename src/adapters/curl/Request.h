@@ -33,6 +33,7 @@ class Request final : public platform::HttpRequest {
   void TESSELHTTPsetPEM(std::string_view certificate, std::string_view key, std::string_view phrase) override;
   void TESSELHTTPsetSecureProxy(std::string_view address) override { proxy_ = address; }
   void TESSELHTTPclearSecureProxy() override { proxy_.reset(); }
+  void useFreshConnection() override { fresh_ = true; }
 
   std::int32_t TESSELHTTPsend() override;
   bool requestSentCompletely() const override { return exchange_ && exchange_->sentCompletely(); }
@@ -58,6 +59,7 @@ class Request final : public platform::HttpRequest {
   std::string body_;
   std::string cookies_;
   bool tls_ = false;
+  bool fresh_ = false;
   std::string certificate_;
   std::string key_;
   std::string phrase_;

@@ -29,7 +29,7 @@ Exchanged send(Workplace& place, const Request& request) {
   if (!request.build(*document)) return {nullptr, "Die Anfrage konnte nicht erstellt werden."};
   auto answer = place.kba.createDocument();
   std::string errorText;
-  const std::int32_t status = place.kba.PostXml(request.path, *document, *answer, errorText);
+  const std::int32_t status = place.kba.PostXml(request.path, *document, *answer, errorText, request.effect);
   if (status != httpOk) return {nullptr, transportFailure(status, errorText)};
   return {std::move(answer), {}};
 }

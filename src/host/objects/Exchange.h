@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "gateway/KBAInterface.h"
 #include "platform/XmlLibrary.h"
 
 namespace kartix {
@@ -24,6 +25,7 @@ struct Request {
   std::string_view path;
   std::function<bool(platform::XmlDocument&)> build;
   std::function<bool(const platform::XmlDocument&)> asksForLogin;
+  Effect effect;
 };
 
 /// Sends `request`; logs in and sends it once more when the answer asks for that.

@@ -59,7 +59,7 @@ class InquiryObject final : public platform::AutomationObject {
     const Request request = {
         place_.runtime.konfiguration.AnfrageURI,
         [&](XmlDocument& document) { return BuildZKRAnfrage(place_.runtime, place_.kba, document, criteria); },
-        asksForLogin};
+        asksForLogin, Effect::reads};
     Exchanged exchanged = exchange(place_, request);
     if (!exchanged.answer) return refuse(exchanged.failure);
     hits_.clear();

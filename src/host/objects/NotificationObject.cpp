@@ -42,7 +42,7 @@ class NotificationObject final : public platform::AutomationObject {
                              [this](XmlDocument& document) {
                                return BuildNotificationDocument(place_.runtime, place_.kba, document, message_);
                              },
-                             asksForLogin};
+                             asksForLogin, Effect::changes};
     const Exchanged exchanged = exchange(place_, request);
     if (!exchanged.answer) {
       error_ = exchanged.failure;

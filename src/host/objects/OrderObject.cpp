@@ -62,7 +62,8 @@ class OrderObject final : public platform::AutomationObject {
   /// 0 when the personaliser accepted, else its code or -1, with the reason in `error_`.
   std::int32_t send(const std::function<bool(XmlDocument&)>& build, CardNumber number) {
     cardNumber_.reset();
-    const Exchanged exchanged = exchange(place_, {place_.runtime.konfiguration.BestellURI, build, asksForLogin});
+    const Exchanged exchanged =
+        exchange(place_, {place_.runtime.konfiguration.BestellURI, build, asksForLogin, Effect::changes});
     if (!exchanged.answer) {
       error_ = exchanged.failure;
       return -1;
