@@ -19,10 +19,12 @@
 #include "gateway/Login.h"
 #include "hostdb/ARGOInterface.h"
 #include "hostdb/Session.h"
+#include "objects/GatewayObjects.h"
 #include "platform/DbeLibrary.h"
 #include "platform/FileSystem.h"
 #include "platform/HttpLibrary.h"
 #include "platform/ImageLibrary.h"
+#include "platform/ObjectClasses.h"
 #include "platform/ProfileFiles.h"
 #include "platform/Registry.h"
 #include "platform/SoundPlayer.h"
@@ -68,11 +70,14 @@ struct Machine {
         xml(setup.xml, [] { return adapters::makeLibXml(); }),
         userInterface(setup.userInterface, adapters::makeQtUserInterface),
         sounds(setup.sounds, adapters::makeCanberraSounds),
-        objects(setup.objects ? *setup.objects : hostObjects) {}
+        wrappedObjects(setup.wrapObjects ? setup.wrapObjects(classes(setup)) : nullptr),
+        objects(wrappedObjects ? *wrappedObjects : classes(setup)) {}
 
   platform::Platform parts() {
     return {*registry, *profileFiles, *files, *dbe, *http, *xml, *images, objects, *userInterface, *sounds, *clock};
   }
+
+  platform::ObjectClasses& classes(const Setup& setup) { return setup.objects ? *setup.objects : hostObjects; }
 
   std::unique_ptr<platform::Registry> registry;
   std::unique_ptr<platform::ProfileFiles> profileFiles = adapters::makeIniFiles();
@@ -85,6 +90,7 @@ struct Machine {
   Chosen<platform::UserInterface> userInterface;
   Chosen<platform::SoundPlayer> sounds;
   HostObjects hostObjects;
+  std::unique_ptr<platform::ObjectClasses> wrappedObjects;
   platform::ObjectClasses& objects;
 };
 
@@ -100,6 +106,7 @@ struct Component::Parts {
   PasswordChangeWindow passwordChange{runtime};
   Login login{runtime, kba, passwordChange};
   Workplace workplace{runtime, session, argo, kba, login};
+  objects::GatewayObjects gatewayObjects{{runtime, session, kba, login}};
 };
 
 Component::Component(const Setup& setup) : parts_(std::make_unique<Parts>(setup)) {}
@@ -114,5 +121,6 @@ Runtime& Component::runtime() { return parts_->runtime; }
 Session& Component::session() { return parts_->session; }
 Workplace& Component::workplace() { return parts_->workplace; }
 HostObjects& Component::hostObjects() { return parts_->machine.hostObjects; }
+void Component::useGatewayObjects() { parts_->machine.hostObjects.setSubstitutes(parts_->gatewayObjects); }
 
 }  // namespace kartix

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -31,6 +32,8 @@ struct Setup {
   platform::UserInterface* userInterface = nullptr;
   platform::SoundPlayer* sounds = nullptr;
   platform::ObjectClasses* objects = nullptr;  ///< left out: the classes that the host has registered
+  /// Puts something around the classes, whichever they are, e.g. for a transcript; left out: nothing.
+  std::function<std::unique_ptr<platform::ObjectClasses>(platform::ObjectClasses&)> wrapObjects;
   platform::DbeLibrary* dbe = nullptr;
   platform::HttpLibrary* http = nullptr;
   platform::XmlLibrary* xml = nullptr;
@@ -53,6 +56,8 @@ class Component {
   Workplace& workplace();
   /// The automation classes that the host has registered with this component.
   HostObjects& hostObjects();
+  /// From now on the component's own objects stand in for the classes that the host has not registered.
+  void useGatewayObjects();
 
  private:
   struct Parts;

@@ -44,6 +44,7 @@ void HostObjects::set(const std::string& progId, Factory create) {
 
 std::unique_ptr<platform::AutomationObject> HostObjects::createObject(std::string_view progId) {
   const auto found = classes_.find(progId);
+  if (found == classes_.end() && substitutes_) return substitutes_->createObject(progId);
   auto object = found == classes_.end() ? nullptr : guarded([&] { return found->second(); });
   if (!object) {
     throw platform::AutomationError("Objekterstellung durch ActiveX-Komponente nicht möglich: " +

@@ -10,7 +10,8 @@
 
 namespace kartix {
 
-/// The classes that the host has registered. A failure of one of its objects is passed on as `AutomationError`.
+/// The classes that the host has registered, and behind them those that step in for a class it has not. A failure of
+/// one of its objects is passed on as `AutomationError`.
 class HostObjects : public platform::ObjectClasses {
  public:
   using Factory = std::function<std::unique_ptr<AutomationObject>()>;
@@ -18,10 +19,14 @@ class HostObjects : public platform::ObjectClasses {
   /// Sets or, with an empty `create`, removes a class.
   void set(const std::string& progId, Factory create);
 
+  /// Creates what the host has not registered, from now on. `classes` outlives this object.
+  void setSubstitutes(platform::ObjectClasses& classes) { substitutes_ = &classes; }
+
   std::unique_ptr<platform::AutomationObject> createObject(std::string_view progId) override;
 
  private:
   std::map<std::string, Factory, std::less<>> classes_;
+  platform::ObjectClasses* substitutes_ = nullptr;
 };
 
 }  // namespace kartix

@@ -5,6 +5,8 @@
 #include "kartix/CPersonalien.h"
 #include "kartix/DBETXTDatabase.h"
 #include "kartix/Kartix.h"
+#include "platform/FileSystem.h"
+#include "runtime/Runtime.h"
 
 // What a host creates without more words belongs to the component that its process shares.
 
@@ -17,6 +19,13 @@ DBETXTDatabase::DBETXTDatabase() : DBETXTDatabase(Component::shared().runtime())
 
 void registerAutomationClass(const std::string& progId, std::function<std::unique_ptr<AutomationObject>()> create) {
   Component::shared().hostObjects().set(progId, std::move(create));
+}
+
+void useGatewayObjects() { Component::shared().useGatewayObjects(); }
+
+std::string imageFile(const std::string& name) {
+  platform::FileSystem& files = Component::shared().runtime().machine.files;
+  return files.findFile(name).value_or(files.nativePath(name));
 }
 
 }  // namespace kartix

@@ -20,7 +20,6 @@
 #include "host/demo/Acts.h"
 #include "host/demo/DemoInstallation.h"
 #include "host/demo/Narration.h"
-#include "host/objects/GatewayObjects.h"
 #include "kartix/Kartix.h"
 #include "platform/Stage.h"
 #include "simulator/Simulator.h"
@@ -121,16 +120,14 @@ class Demonstration {
     if (pictures_) play.picture = [this](const forms::Form& form) { return pictures_(form); };
     const auto clerk = adapters::makeScriptUserInterface(script, &transcript, stage_.get(), std::move(play));
     const auto sounds = adapters::makeTranscriptSounds(transcript);
-    GatewayObjects objects;
-    const auto recorded = adapters::makeRecordingObjects(objects, transcript);
     Setup setup;
     setup.registryFile = installation_.registryFile();
     setup.now = act.now;
     setup.userInterface = clerk.get();
     setup.sounds = sounds.get();
-    setup.objects = recorded.get();
+    setup.wrapObjects = [&](auto& objects) { return adapters::makeRecordingObjects(objects, transcript); };
     Component component(setup);
-    objects.connect(component.workplace());
+    component.useGatewayObjects();
     Ending ending;
     {
       Kartix kartix(component);

@@ -20,7 +20,6 @@
 #include "host/LocalTimeText.h"
 #include "host/Operation.h"
 #include "host/RegistryFile.h"
-#include "host/objects/GatewayObjects.h"
 #include "kartix/Kartix.h"
 
 namespace kartix::host {
@@ -77,8 +76,6 @@ class Surroundings {
       player_ = adapters::makeCanberraSounds();
       sounds_ = adapters::makeTranscriptSounds(transcript_, player_.get());
     }
-    platform::ObjectClasses& objects = scriptedObjects_ ? *scriptedObjects_ : gatewayObjects_;
-    recordedObjects_ = adapters::makeRecordingObjects(objects, transcript_);
   }
 
   Setup setup(const Options& options) {
@@ -87,12 +84,10 @@ class Surroundings {
     setup.now = startTime(options.now);
     setup.userInterface = front_.get();
     setup.sounds = sounds_.get();
-    setup.objects = recordedObjects_.get();
+    setup.objects = scriptedObjects_.get();
+    setup.wrapObjects = [this](auto& objects) { return adapters::makeRecordingObjects(objects, transcript_); };
     return setup;
   }
-
-  /// Lets the command's own objects work with the component, once there is one.
-  void connect(Component& component) { gatewayObjects_.connect(component.workplace()); }
 
   /// Once the component is gone: the exit status, with what went wrong on standard error.
   int finish(const Options& options) {
@@ -108,14 +103,12 @@ class Surroundings {
   bool recorded_;
   std::optional<adapters::Script> script_;
   std::unique_ptr<platform::ObjectClasses> scriptedObjects_;
-  GatewayObjects gatewayObjects_;
   std::ofstream file_;
   adapters::Transcript transcript_;
   std::unique_ptr<platform::UserInterface> windows_;
   std::unique_ptr<platform::UserInterface> front_;
   std::unique_ptr<platform::SoundPlayer> player_;
   std::unique_ptr<platform::SoundPlayer> sounds_;
-  std::unique_ptr<platform::ObjectClasses> recordedObjects_;
 };
 
 /// Runs the operation; gives what standard output is to receive.
@@ -136,7 +129,7 @@ int perform(const Options& options) {
   Json outcome;
   {
     Component component(surroundings.setup(options));
-    surroundings.connect(component);
+    component.useGatewayObjects();
     outcome = operate(component, options);
   }
   std::cout << outcome.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;

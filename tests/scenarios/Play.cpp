@@ -228,8 +228,9 @@ Outcome Installation::play() {
   adapters::Transcript transcript(seen);
   const auto clerk = adapters::makeScriptUserInterface(script, &transcript);
   const auto sounds = adapters::makeTranscriptSounds(transcript);
-  const auto classes = adapters::makeScriptedObjects(part(scenario_, "objects").dump());
-  const auto objects = adapters::makeRecordingObjects(*classes, transcript);
+  const Json objects = part(scenario_, "objects");
+  const bool scriptedObjects = objects != "gateway";
+  const auto classes = adapters::makeScriptedObjects(scriptedObjects ? objects.dump() : "{}");
   const Json faults = part(scenario_, "setup");
   OtherHttp http(faults.value("httpVersion", 0));
   const auto xml = adapters::makeLibXml(faults.value("xmlClasses", std::vector<std::string>()));
@@ -240,13 +241,15 @@ Outcome Installation::play() {
   if (authority_) setup.caFile = authority_->caFile();
   setup.userInterface = clerk.get();
   setup.sounds = sounds.get();
-  setup.objects = objects.get();
+  if (scriptedObjects) setup.objects = classes.get();
+  setup.wrapObjects = [&](auto& real) { return adapters::makeRecordingObjects(real, transcript); };
   if (faults.contains("httpVersion")) setup.http = &http;
   if (faults.contains("xmlClasses")) setup.xml = xml.get();
 
   Outcome outcome;
   {
     Component component(setup);
+    component.useGatewayObjects();
     Kartix kartix(component);
     outcome.init = kartix.init(scenario_.at("clerk"), scenario_.at("person"));
     outcome.result = carryOut(kartix, scenario_.at("operation"), scenario_.at("lfdnr"));

@@ -8,11 +8,9 @@
 #include "gateway/KBAInterface.h"
 #include "platform/XmlLibrary.h"
 
-namespace kartix {
-struct Workplace;
-}
+namespace kartix::objects {
 
-namespace kartix::host {
+struct ObjectContext;
 
 /// An answer of the gateway, or in words why there is none.
 struct Exchanged {
@@ -29,6 +27,6 @@ struct Request {
 };
 
 /// Sends `request`; logs in and sends it once more when the answer asks for that.
-Exchanged exchange(Workplace& place, const Request& request);
+Exchanged exchange(const ObjectContext& context, const Request& request);
 
-}  // namespace kartix::host
+}  // namespace kartix::objects

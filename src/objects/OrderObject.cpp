@@ -1,18 +1,17 @@
 #include <optional>
 
 #include "common/Values.h"
-#include "dialogs/Workplace.h"
 #include "gateway/Answers.h"
 #include "gateway/Cancellation.h"
 #include "gateway/KBAInterface.h"
 #include "gateway/Login.h"
 #include "gateway/Order.h"
-#include "host/objects/Exchange.h"
-#include "host/objects/GatewayObjects.h"
-#include "host/objects/Members.h"
+#include "objects/Exchange.h"
+#include "objects/GatewayObjects.h"
+#include "objects/Members.h"
 #include "runtime/Runtime.h"
 
-namespace kartix::host {
+namespace kartix::objects {
 namespace {
 
 using platform::Value;
@@ -24,7 +23,7 @@ bool asksForLogin(const XmlDocument& answer) {
 
 class OrderObject final : public platform::AutomationObject {
  public:
-  explicit OrderObject(Workplace& place) : place_(place) {}
+  explicit OrderObject(const ObjectContext& context) : context_(context) {}
 
   Value call(std::string_view member, const std::vector<Value>& arguments) override {
     if (isAccount(member) || set(member, arguments)) return {};
@@ -47,14 +46,16 @@ class OrderObject final : public platform::AutomationObject {
 
   std::int32_t order() {
     return send(
-        [this](XmlDocument& document) { return BuildOrderDocument(place_.runtime, place_.kba, document, order_); },
+        [this](XmlDocument& document) {
+          return BuildOrderDocument(context_.runtime, context_.kba, document, order_);
+        },
         CardNumber::expected);
   }
 
   std::int32_t cancel() {
     return send(
         [this](XmlDocument& document) {
-          return BuildCancellationDocument(place_.runtime, place_.kba, document, cancellation_);
+          return BuildCancellationDocument(context_.runtime, context_.kba, document, cancellation_);
         },
         CardNumber::none);
   }
@@ -63,7 +64,7 @@ class OrderObject final : public platform::AutomationObject {
   std::int32_t send(const std::function<bool(XmlDocument&)>& build, CardNumber number) {
     cardNumber_.reset();
     const Exchanged exchanged =
-        exchange(place_, {place_.runtime.konfiguration.BestellURI, build, asksForLogin, Effect::changes});
+        exchange(context_, {context_.runtime.konfiguration.BestellURI, build, asksForLogin, Effect::changes});
     if (!exchanged.answer) {
       error_ = exchanged.failure;
       return -1;
@@ -80,7 +81,7 @@ class OrderObject final : public platform::AutomationObject {
     return *cardNumber_;
   }
 
-  Workplace& place_;
+  ObjectContext context_;
   OrderMessage order_;
   CancellationMessage cancellation_;
   std::optional<std::string> cardNumber_;  ///< nothing when the answer had none
@@ -89,8 +90,8 @@ class OrderObject final : public platform::AutomationObject {
 
 }  // namespace
 
-std::unique_ptr<platform::AutomationObject> makeOrderObject(Workplace& place) {
-  return std::make_unique<OrderObject>(place);
+std::unique_ptr<platform::AutomationObject> makeOrderObject(const ObjectContext& context) {
+  return std::make_unique<OrderObject>(context);
 }
 
-}  // namespace kartix::host
+}  // namespace kartix::objects

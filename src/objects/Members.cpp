@@ -1,10 +1,10 @@
-#include "host/objects/Members.h"
+#include "objects/Members.h"
 
 #include "common/Text.h"
 #include "common/Values.h"
 #include "gateway/Answers.h"
 
-namespace kartix::host {
+namespace kartix::objects {
 
 bool isAccount(std::string_view member) { return member == "SetDbeUser" || member == "SetDbePass"; }
 
@@ -30,4 +30,4 @@ std::string refusalText(const KbaAnswer& answer) {
   return reason;
 }
 
-}  // namespace kartix::host
+}  // namespace kartix::objects

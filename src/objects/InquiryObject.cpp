@@ -1,15 +1,14 @@
 #include "common/Values.h"
-#include "dialogs/Workplace.h"
 #include "gateway/Answers.h"
 #include "gateway/Inquiry.h"
 #include "gateway/KBAInterface.h"
 #include "gateway/RegisterRecord.h"
-#include "host/objects/Exchange.h"
-#include "host/objects/GatewayObjects.h"
-#include "host/objects/Members.h"
+#include "objects/Exchange.h"
+#include "objects/GatewayObjects.h"
+#include "objects/Members.h"
 #include "runtime/Runtime.h"
 
-namespace kartix::host {
+namespace kartix::objects {
 namespace {
 
 using platform::Value;
@@ -24,7 +23,7 @@ bool asksForLogin(const XmlDocument& answer) {
 
 class InquiryObject final : public platform::AutomationObject {
  public:
-  explicit InquiryObject(Workplace& place) : place_(place) {}
+  explicit InquiryObject(const ObjectContext& context) : context_(context) {}
 
   Value call(std::string_view member, const std::vector<Value>& arguments) override {
     // The gateway is told of the office that the settings name, and of no running number.
@@ -57,10 +56,10 @@ class InquiryObject final : public platform::AutomationObject {
 
   std::int32_t inquire(const InquiryCriteria& criteria) {
     const Request request = {
-        place_.runtime.konfiguration.AnfrageURI,
-        [&](XmlDocument& document) { return BuildZKRAnfrage(place_.runtime, place_.kba, document, criteria); },
+        context_.runtime.konfiguration.AnfrageURI,
+        [&](XmlDocument& document) { return BuildZKRAnfrage(context_.runtime, context_.kba, document, criteria); },
         asksForLogin, Effect::reads};
-    Exchanged exchanged = exchange(place_, request);
+    Exchanged exchanged = exchange(context_, request);
     if (!exchanged.answer) return refuse(exchanged.failure);
     hits_.clear();
     answer_ = std::move(exchanged.answer);
@@ -113,7 +112,7 @@ class InquiryObject final : public platform::AutomationObject {
     return found.empty() ? std::string() : answer_->nodeText(found.front());
   }
 
-  Workplace& place_;
+  ObjectContext context_;
   InquiryCriteria criteria_;
   std::unique_ptr<XmlDocument> answer_;
   std::vector<XmlNode> hits_;
@@ -123,8 +122,8 @@ class InquiryObject final : public platform::AutomationObject {
 
 }  // namespace
 
-std::unique_ptr<platform::AutomationObject> makeInquiryObject(Workplace& place) {
-  return std::make_unique<InquiryObject>(place);
+std::unique_ptr<platform::AutomationObject> makeInquiryObject(const ObjectContext& context) {
+  return std::make_unique<InquiryObject>(context);
 }
 
-}  // namespace kartix::host
+}  // namespace kartix::objects

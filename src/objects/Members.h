@@ -10,7 +10,7 @@ namespace kartix {
 struct KbaAnswer;
 }
 
-namespace kartix::host {
+namespace kartix::objects {
 
 /// True for the members that take the account of the host's database, which these objects do not need.
 bool isAccount(std::string_view member);
@@ -27,4 +27,4 @@ std::string unknownAnswer(const std::string& kind);
 /// Why the KBA refused, in words for the clerk; empty when it did not.
 std::string refusalText(const KbaAnswer& answer);
 
-}  // namespace kartix::host
+}  // namespace kartix::objects

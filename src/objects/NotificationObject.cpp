@@ -1,15 +1,14 @@
-#include "dialogs/Workplace.h"
 #include "gateway/Answers.h"
 #include "gateway/KBAInterface.h"
 #include "gateway/Login.h"
 #include "gateway/Notification.h"
-#include "host/objects/Exchange.h"
-#include "host/objects/GatewayObjects.h"
-#include "host/objects/Members.h"
 #include "hostdb/Session.h"
+#include "objects/Exchange.h"
+#include "objects/GatewayObjects.h"
+#include "objects/Members.h"
 #include "runtime/Runtime.h"
 
-namespace kartix::host {
+namespace kartix::objects {
 namespace {
 
 using platform::Value;
@@ -21,7 +20,7 @@ bool asksForLogin(const XmlDocument& answer) {
 
 class NotificationObject final : public platform::AutomationObject {
  public:
-  explicit NotificationObject(Workplace& place) : place_(place) {}
+  explicit NotificationObject(const ObjectContext& context) : context_(context) {}
 
   Value call(std::string_view member, const std::vector<Value>& arguments) override {
     if (isAccount(member)) return {};
@@ -37,13 +36,13 @@ class NotificationObject final : public platform::AutomationObject {
  private:
   std::int32_t DoMitteilung() {
     // The host knows when it recorded the change; this one finds it in the record of the running operation.
-    message_.changedate = place_.session.OperationCard.changedate;
-    const Request request = {place_.runtime.konfiguration.MitteilungsURI,
+    message_.changedate = context_.session.OperationCard.changedate;
+    const Request request = {context_.runtime.konfiguration.MitteilungsURI,
                              [this](XmlDocument& document) {
-                               return BuildNotificationDocument(place_.runtime, place_.kba, document, message_);
+                               return BuildNotificationDocument(context_.runtime, context_.kba, document, message_);
                              },
                              asksForLogin, Effect::changes};
-    const Exchanged exchanged = exchange(place_, request);
+    const Exchanged exchanged = exchange(context_, request);
     if (!exchanged.answer) {
       error_ = exchanged.failure;
       return -1;
@@ -53,15 +52,15 @@ class NotificationObject final : public platform::AutomationObject {
     return answer.understood ? answer.code : -1;
   }
 
-  Workplace& place_;
+  ObjectContext context_;
   NotificationMessage message_;
   std::string error_;
 };
 
 }  // namespace
 
-std::unique_ptr<platform::AutomationObject> makeNotificationObject(Workplace& place) {
-  return std::make_unique<NotificationObject>(place);
+std::unique_ptr<platform::AutomationObject> makeNotificationObject(const ObjectContext& context) {
+  return std::make_unique<NotificationObject>(context);
 }
 
-}  // namespace kartix::host
+}  // namespace kartix::objects

@@ -1,4 +1,4 @@
-#include "host/objects/GatewayObjects.h"
+#include "objects/GatewayObjects.h"
 
 #include <string>
 
@@ -6,13 +6,13 @@
 #include "gateway/Notification.h"
 #include "gateway/Order.h"
 
-namespace kartix::host {
+namespace kartix::objects {
 
 std::unique_ptr<platform::AutomationObject> GatewayObjects::createObject(std::string_view progId) {
-  if (place_ && progId == inquiryClass) return makeInquiryObject(*place_);
-  if (place_ && progId == orderClass) return makeOrderObject(*place_);
-  if (place_ && progId == notificationClass) return makeNotificationObject(*place_);
+  if (progId == inquiryClass) return makeInquiryObject(context_);
+  if (progId == orderClass) return makeOrderObject(context_);
+  if (progId == notificationClass) return makeNotificationObject(context_);
   throw platform::AutomationError("Objekterstellung durch ActiveX-Komponente nicht möglich: " + std::string(progId));
 }
 
-}  // namespace kartix::host
+}  // namespace kartix::objects

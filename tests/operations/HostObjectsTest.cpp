@@ -1,0 +1,62 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <utility>
+
+#include "common/Values.h"
+#include "component/Component.h"
+#include "gateway/Inquiry.h"
+#include "gateway/Notification.h"
+#include "gateway/Order.h"
+#include "kartix/Automation.h"
+#include "platform/ObjectClasses.h"
+#include "runtime/Runtime.h"
+#include "support/Files.h"
+#include "support/TempDir.h"
+
+namespace kartix {
+namespace {
+
+class OwnObject : public AutomationObject {
+ public:
+  AutomationValue call(const std::string&, const std::vector<AutomationValue>&) override { return "own"; }
+};
+
+/// Who answers for a class: "own", "gateway" (whose error is empty before anything was sent) or "nobody".
+std::string whoAnswers(std::string_view progId) {
+  try {
+    const auto object = Component::shared().runtime().machine.objects.createObject(progId);
+    const std::string answer = toText(object->call("GetErrorMsg", {}));
+    return answer.empty() ? "gateway" : answer;
+  } catch (const platform::AutomationError&) {
+    return "nobody";
+  }
+}
+
+TEST(HostObjects, OfTheHostGoFirstAndThoseOfTheComponentAreAskedFor) {
+  const auto own = [] { return std::make_unique<OwnObject>(); };
+  const std::string order(orderClass);
+  const std::string inquiry(inquiryClass);
+  registerAutomationClass(order, own);
+  EXPECT_EQ(whoAnswers(inquiry), "nobody");
+  useGatewayObjects();
+  registerAutomationClass(inquiry, own);
+  EXPECT_EQ(whoAnswers(order), "own");
+  EXPECT_EQ(whoAnswers(inquiry), "own");
+  EXPECT_EQ(whoAnswers(notificationClass), "gateway");
+  EXPECT_EQ(whoAnswers("TSW.Other"), "nobody");
+  registerAutomationClass(order, {});
+  EXPECT_EQ(whoAnswers(order), "gateway");
+}
+
+TEST(HostObjects, ImageFileIsFoundUnderTheNameThatTheOrderPassesOn) {
+  const test::TempDir directory;
+  std::filesystem::create_directory(directory / "00");
+  test::writeBytes(directory / "00/4711.JP2", "x");
+  const std::string root = directory.path().string();
+  EXPECT_EQ(imageFile(root + R"(\00\4711.jp2)"), root + "/00/4711.JP2");
+  EXPECT_EQ(imageFile(root + R"(\00\4711.jp3)"), root + "/00/4711.jp3");
+}
+
+}  // namespace
+}  // namespace kartix
