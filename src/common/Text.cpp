@@ -33,13 +33,17 @@ std::size_t advance(std::string_view text, std::size_t position, std::size_t cou
   return position;
 }
 
+std::string trimOf(std::string_view characters, std::string_view text) {
+  const auto first = text.find_first_not_of(characters);
+  if (first == std::string_view::npos) return {};
+  return std::string(text.substr(first, text.find_last_not_of(characters) - first + 1));
+}
+
 }  // namespace
 
-std::string trim(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
-}
+std::string trim(std::string_view text) { return trimOf(" ", text); }
+
+std::string trimSpace(std::string_view text) { return trimOf(" \t\n\v\f\r", text); }
 
 std::size_t length(std::string_view text) {
   std::size_t count = 0;

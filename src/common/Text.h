@@ -10,6 +10,9 @@ namespace kartix::text {
 /// `text` without blanks (only blanks) at both ends.
 std::string trim(std::string_view text);
 
+/// `text` without white space of any kind (blank, tab, line break) at both ends.
+std::string trimSpace(std::string_view text);
+
 /// Number of characters.
 std::size_t length(std::string_view text);
 

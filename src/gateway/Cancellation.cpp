@@ -29,6 +29,7 @@ constexpr std::array<Setter<CancellationMessage>, 6> setters = {{
 }};
 
 constexpr OperationTraits cancellationTraits = {
+    .kind = "Storno",
     .sending = "Storno wird gesendet...",
     .refused = "Stornierung fehlgeschlagen",
     .refusal = 2008,
@@ -67,7 +68,7 @@ CancellationMessage OrderCancellation::message() const {
   };
 }
 
-std::int32_t OrderCancellation::ReadCancellationAnswer(const platform::XmlDocument& document) {
+ReturnCode OrderCancellation::ReadCancellationAnswer(const platform::XmlDocument& document) {
   const KbaAnswer answer = readInformation(document, CardNumber::none);
   if (answer.understood && answer.code == 0) {
     recordCancellation();
@@ -75,7 +76,7 @@ std::int32_t OrderCancellation::ReadCancellationAnswer(const platform::XmlDocume
   }
   if (answer.understood && answer.code == login_result::noSuchSession) return answer.code;
   reportAnswer(context_.runtime.reporting, context_.window, answer);
-  return answer.understood ? answer.code : -1;
+  return answer.understood ? ReturnCode(answer.code) : std::nullopt;
 }
 
 void OrderCancellation::recordCancellation() {
@@ -89,7 +90,8 @@ void OrderCancellation::recordCancellation() {
 }
 
 void OrderCancellation::tellSuccess() const {
-  announceSuccess(context_, "Stornierung erfolgreich", "\r\n\r\nStornierung erfolgreich.", hintCaption);
+  announceSuccess(
+      context_, "Stornierung erfolgreich", [] { return "\r\n\r\nStornierung erfolgreich."; }, hintCaption);
 }
 
 bool OrderCancellation::SendCancellationHttp() {
@@ -106,18 +108,22 @@ bool OrderCancellation::SendCancellationHttp() {
 
 bool OrderCancellation::SendCancellationAutomation() {
   const CancellationMessage cancellation = message();
-  const auto perform = [&](platform::AutomationObject& object) {
+  const auto fill = [&](platform::AutomationObject& object) {
     context_.window.ShowProgress(40, cancellationTraits.sending, true);
     setAccount(object, context_.runtime.konfiguration);
     callSetters(object, cancellation, cancellationSetters());
     context_.window.ShowProgress(45, "", true);
-    return toNumber(object.call("DoStorno", {})) == 0;
   };
-  if (!exchangeAutomation(context_, cancellationTraits, orderClass, perform)) return false;
-  recordCancellation();
-  context_.session.ResultCard.kartennr = " ";
-  tellSuccess();
-  return true;
+  const auto send = [this](platform::AutomationObject& object) {
+    const std::int32_t result = toNumber(object.call("DoStorno", {}));
+    if (result != 0) return result;
+    recordCancellation();
+    context_.session.ResultCard.kartennr = " ";
+    return result;
+  };
+  const bool accepted = exchangeAutomation(context_, cancellationTraits, orderClass, fill, send);
+  if (accepted) tellSuccess();
+  return accepted;
 }
 
 }  // namespace kartix

@@ -38,7 +38,7 @@ class OrderCancellation {
 
  private:
   CancellationMessage message() const;
-  std::int32_t ReadCancellationAnswer(const platform::XmlDocument& document);
+  ReturnCode ReadCancellationAnswer(const platform::XmlDocument& document);
   void recordCancellation();
   void tellSuccess() const;
 

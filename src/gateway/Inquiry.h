@@ -66,6 +66,7 @@ class ZKRAnfrage {
   std::int32_t evaluateList(const platform::XmlDocument& answer, std::string& selectedCardNumber);
   std::int32_t evaluateRecord(const platform::XmlDocument& answer);
   bool requestSingleRecord(const std::string& kartennummer);
+  bool notUnique();
   bool inquire(const InquiryCriteria& criteria);
   bool singleRecordCOM(const std::string& kartennummer);
   bool refusedCOM(platform::AutomationObject& object);

@@ -1,5 +1,6 @@
 #include <array>
 
+#include "common/Text.h"
 #include "common/Values.h"
 #include "gateway/Inquiry.h"
 #include "gateway/Takeover.h"
@@ -68,7 +69,7 @@ bool ZKRAnfrage::inquire(const InquiryCriteria& criteria) {
     return true;
   }
   const auto card = window_.chooseHit(FillTrefferlisteCOM(runtime_, *object));
-  return card && singleRecordCOM(*card);
+  return card && singleRecordCOM(text::trimSpace(*card));
 }
 
 bool ZKRAnfrage::singleRecordCOM(const std::string& kartennummer) {
@@ -86,10 +87,7 @@ bool ZKRAnfrage::singleRecordCOM(const std::string& kartennummer) {
     nothingFound(runtime_);
     return false;
   }
-  if (hits > 1) {
-    runtime_.reporting.InfoMsg("Die Anfragedaten lieferten keine eindeutige Antwort des ZKR.", hintCaption);
-    return false;
-  }
+  if (hits > 1) return notUnique();
   TakeOverBestandsdatenCOM(session_, *object);
   return true;
 }

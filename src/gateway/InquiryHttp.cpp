@@ -89,7 +89,23 @@ bool ZKRAnfrage::requestSingleRecord(const std::string& kartennummer) {
   kba_.PostXml(runtime_.konfiguration.AnfrageURI, *request, *response, errorText, Effect::reads);
   window_.setProgress(65, "Antwort wird verarbeitet...", true);
   std::string ignored;
-  return EvaluateZKRAntwort(*response, ignored) == outcome::taken;
+  switch (EvaluateZKRAntwort(*response, ignored)) {
+    case outcome::taken:
+      return true;
+    case outcome::chosen:
+      return notUnique();
+    case login_result::notLoggedIn:
+      runtime_.reporting.ReportError(205);
+      return false;
+    default:
+      return false;
+  }
+}
+
+/// Asked for one card, the register has answered with several.
+bool ZKRAnfrage::notUnique() {
+  runtime_.reporting.InfoMsg("Die Anfragedaten lieferten keine eindeutige Antwort des ZKR.", hintCaption);
+  return false;
 }
 
 bool ZKRAnfrage::ZKRAnfrageHTTP(const InquiryCriteria& criteria) {

@@ -29,7 +29,7 @@ bool BuildZKRAnfrage(Runtime& runtime, KBAInterface& kba, platform::XmlDocument&
     ElementWriter inquiry = root.group("anfrage");
     inquiry.value("kenza", text::trim(settings.KENZA)).value("sbk25", text::trim(settings.ZPPER));
     if (!criteria.kgknr.empty()) {
-      inquiry.value("kgknr", text::trim(criteria.kgknr));
+      inquiry.value("kgknr", text::trimSpace(criteria.kgknr));
     } else if (!criteria.fsnfk.empty()) {
       inquiry.value("fsnfk", text::trim(criteria.fsnfk));
     } else {

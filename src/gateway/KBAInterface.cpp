@@ -76,7 +76,7 @@ std::string KBAInterface::SetIsoDeclaration(std::string_view xmlText) {
 
 std::string firstText(const platform::XmlDocument& document, std::string_view xpath) {
   const auto nodes = document.selectNodes(xpath);
-  return nodes.empty() ? std::string() : text::trim(document.nodeText(nodes.front()));
+  return nodes.empty() ? std::string() : text::trimSpace(document.nodeText(nodes.front()));
 }
 
 std::string rootName(const platform::XmlDocument& document) {

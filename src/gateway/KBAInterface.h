@@ -8,6 +8,10 @@
 #include "gateway/SessionCookies.h"
 #include "platform/XmlLibrary.h"
 
+namespace kartix::platform {
+class HttpRequest;
+}
+
 namespace kartix {
 
 class Runtime;
@@ -48,9 +52,27 @@ class KBAInterface {
   /// The form in which a document's text goes out: a declaration without encoding names ISO-8859-1.
   static std::string SetIsoDeclaration(std::string_view xmlText);
 
+  /// How far the last message with `Effect::changes` has come.
+  enum class Change {
+    none,        ///< there was none
+    incomplete,  ///< not all of it has left this machine
+    unanswered,  ///< it went out as a whole, and no answer says what came of it
+    answered,    ///< an answer says what came of it
+  };
+  Change lastChange() const { return change_; }
+  /// What `PostXml` returned for it; 0 while it has not returned.
+  std::int32_t lastChangeStatus() const { return changeStatus_; }
+  /// Whoever has understood the answer says so.
+  void answerUnderstood() noexcept { change_ = Change::answered; }
+  void forgetChange() noexcept {
+    change_ = Change::none;
+    changeStatus_ = 0;
+  }
+
   /// Sends `request` to `path` and loads the answer into `response`, which stays empty when the answer is not well
   /// formed. Returns the HTTP status, a negative error of the client library, or 0 when no request could be made.
   /// `errorText` gets the text of the status or error. Nothing is ever sent twice.
+  /// `Effect::changes` keeps `lastChange`, on every way out.
   std::int32_t PostXml(std::string_view path, const platform::XmlDocument& request, platform::XmlDocument& response,
                        std::string& errorText, Effect effect);
 
@@ -62,11 +84,16 @@ class KBAInterface {
   std::string FileToBase64(const std::string& path);
 
  private:
+  std::int32_t sendNoted(platform::HttpRequest& http, Effect effect);
+
   Runtime& runtime_;
   SessionCookies cookies_;
+  Change change_ = Change::none;
+  std::int32_t changeStatus_ = 0;
 };
 
-/// Text of the first element that `xpath` selects, trimmed of blanks; empty when there is none.
+/// Text of the first element that `xpath` selects, without white space at its ends; empty when there
+/// is none.
 std::string firstText(const platform::XmlDocument& document, std::string_view xpath);
 
 /// Name of the document element; empty when the document is empty.

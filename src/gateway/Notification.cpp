@@ -28,6 +28,7 @@ constexpr std::array<Setter<NotificationMessage>, 5> setters = {{
 }};
 
 constexpr OperationTraits notificationTraits = {
+    .kind = "Mitteilung",
     .sending = "Mitteilung wird gesendet...",
     .refused = "Mitteilung fehlgeschlagen",
     .refusal = 2011,
@@ -74,7 +75,7 @@ NotificationMessage StatusNotification::message() const {
   };
 }
 
-std::int32_t StatusNotification::ReadNotificationAnswer(const platform::XmlDocument& document) {
+ReturnCode StatusNotification::ReadNotificationAnswer(const platform::XmlDocument& document) {
   const KbaAnswer answer = readNotificationReply(document);
   // A record that comes back is shown to the clerk whatever its code.
   const bool reply = answer.kind == "zkr-mhinweis";
@@ -86,12 +87,13 @@ std::int32_t StatusNotification::ReadNotificationAnswer(const platform::XmlDocum
   }
   if (reply && answer.code == login_result::notLoggedIn) return answer.code;
   reportAnswer(context_.runtime.reporting, context_.window, answer);
-  return answer.code;
+  return answer.understood ? ReturnCode(answer.code) : std::nullopt;
 }
 
 void StatusNotification::tellSuccess() const {
-  announceSuccess(context_, "Mitteilung erfolgreich", "\r\n\r\nDie Mitteilung wurde erfolgreich übertragen.",
-                  hintCaption);
+  announceSuccess(
+      context_, "Mitteilung erfolgreich", [] { return "\r\n\r\nDie Mitteilung wurde erfolgreich übertragen."; },
+      hintCaption);
 }
 
 bool StatusNotification::SendNotificationHttp() {
@@ -109,13 +111,13 @@ bool StatusNotification::SendNotificationHttp() {
 bool StatusNotification::SendNotificationAutomation() {
   const NotificationMessage notification = message();
   context_.window.ShowProgress(40, notificationTraits.sending, true);
-  const auto perform = [&](platform::AutomationObject& object) {
+  const auto fill = [&](platform::AutomationObject& object) {
     setAccount(object, context_.runtime.konfiguration);
     callSetters(object, notification, notificationSetters());
     context_.window.ShowProgress(45, "", true);
-    return toNumber(object.call("DoMitteilung", {})) == 0;
   };
-  if (!exchangeAutomation(context_, notificationTraits, notificationClass, perform)) return false;
+  const auto send = [](platform::AutomationObject& object) { return toNumber(object.call("DoMitteilung", {})); };
+  if (!exchangeAutomation(context_, notificationTraits, notificationClass, fill, send)) return false;
   tellSuccess();
   context_.session.ResultCard.scode = context_.session.OperationCard.scode;
   return true;

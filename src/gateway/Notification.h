@@ -40,7 +40,7 @@ class StatusNotification {
 
  private:
   NotificationMessage message() const;
-  std::int32_t ReadNotificationAnswer(const platform::XmlDocument& document);
+  ReturnCode ReadNotificationAnswer(const platform::XmlDocument& document);
   void tellSuccess() const;
 
   ExchangeContext context_;

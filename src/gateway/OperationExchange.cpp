@@ -1,11 +1,12 @@
 #include "gateway/OperationExchange.h"
 
+#include <cstdio>
 #include <exception>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "common/Values.h"
+#include "gateway/Delivery.h"
 #include "gateway/KBAInterface.h"
 #include "gateway/Login.h"
 #include "gateway/OperationWindow.h"
@@ -16,13 +17,23 @@
 namespace kartix {
 namespace {
 
+constexpr std::int32_t httpOk = 200;
 constexpr std::int16_t done = 100;
 constexpr std::string_view communicationFailed = "Kommunikation fehlgeschlagen";
 constexpr std::string_view loginFailed = "Login fehlgeschlagen";
 
+/// Progress after the message has gone out: it is there to be looked at, and must not cost the outcome.
+void show(const ExchangeContext& context, std::int16_t percent, std::string_view status) noexcept {
+  try {
+    context.window.ShowProgress(percent, status, true);
+  } catch (...) {
+    context.runtime.trace.TraceLine("Fortschritt nicht angezeigt", trace_level::calls);
+  }
+}
+
 /// One request and its answer; nothing when there is none, which the clerk knows already.
 std::unique_ptr<platform::XmlDocument> sendOnce(const ExchangeContext& context, const OperationTraits& traits,
-                                                std::string_view path,
+                                                std::string_view path, Delivery& delivery,
                                                 const std::function<bool(platform::XmlDocument&)>& build) {
   const auto request = context.kba.createDocument();
   auto answer = context.kba.createDocument();
@@ -31,9 +42,12 @@ std::unique_ptr<platform::XmlDocument> sendOnce(const ExchangeContext& context, 
   context.window.ShowProgress(45, "", true);
   std::string errorText;
   const std::int32_t status = context.kba.PostXml(path, *request, *answer, errorText, Effect::changes);
-  context.window.ShowProgress(50, "", true);
-  if (!context.kba.CheckHttpStatus(status, errorText)) return nullptr;
-  return answer;
+  show(context, 50, "");
+  if (status == httpOk) return answer;
+  // Before the clerk reads the message: nobody knows how long that takes.
+  delivery.failed(status);
+  context.kba.CheckHttpStatus(status, errorText);
+  return nullptr;
 }
 
 bool logIn(const ExchangeContext& context, const OperationTraits& traits) {
@@ -46,9 +60,25 @@ bool logIn(const ExchangeContext& context, const OperationTraits& traits) {
   return false;
 }
 
-bool failed(const ExchangeContext& context, std::string_view status, std::int32_t error) {
-  context.window.ShowProgress(done, status, true);
-  context.runtime.reporting.ReportError(error);
+/// Tells the clerk how it ended, by `tell`, which is False when nothing could be shown. A machine short of memory
+/// gets a second chance; after that the trace and standard error are told.
+template <class Tell>
+void insist(const ExchangeContext& context, std::string_view status, Tell tell) noexcept {
+  constexpr int tries = 2;
+  for (int i = 0; i < tries; ++i) {
+    try {
+      context.window.ShowProgress(done, status, true);
+      if (tell()) return;
+    } catch (...) {  // told below
+    }
+  }
+  context.runtime.trace.TraceLine("Meldung nicht angezeigt", trace_level::calls);
+  std::fprintf(stderr, "kartix: %.*s, Meldung nicht angezeigt\n", static_cast<int>(status.size()), status.data());
+}
+
+bool failed(const ExchangeContext& context, std::string_view status, std::int32_t error,
+            std::string_view detail = {}) noexcept {
+  insist(context, status, [&] { return context.runtime.reporting.ReportError(error, detail); });
   return false;
 }
 
@@ -60,52 +90,86 @@ std::string errorMessage(platform::AutomationObject& object) {
   }
 }
 
-}  // namespace
+/// Nothing has been sent, and the window is as it was.
+bool givenUp(const ExchangeContext& context) {
+  context.window.ShowProgress(0, "Bereit", false);
+  return false;
+}
 
-bool exchangeHttp(const ExchangeContext& context, const OperationTraits& traits, std::string_view path,
-                  const std::function<bool(platform::XmlDocument&)>& build,
-                  const std::function<std::int32_t(const platform::XmlDocument&)>& read) {
+/// The rounds of `exchangeHttp`: one, and a second after a login.
+bool sendUntilAnswered(const ExchangeContext& context, const OperationTraits& traits, std::string_view path,
+                       Delivery& delivery, const std::function<bool(platform::XmlDocument&)>& build,
+                       const std::function<ReturnCode(const platform::XmlDocument&)>& read) {
   bool loginTried = false;
   for (;;) {
-    const auto answer = sendOnce(context, traits, path, build);
+    const auto answer = sendOnce(context, traits, path, delivery, build);
     if (!answer) {
-      context.window.ShowProgress(done, communicationFailed, true);
+      show(context, done, communicationFailed);
       return false;
     }
-    context.window.ShowProgress(55, "Antwort wird verarbeitet...", true);
-    const std::int32_t code = read(*answer);
-    if (code == 0) return true;
-    if (code != traits.notLoggedIn) return failed(context, traits.refused, traits.refusal);
+    show(context, 55, "Antwort wird verarbeitet...");
+    const ReturnCode code = read(*answer);
+    if (code == 0) {
+      delivery.accepted();
+      return true;
+    }
+    if (code) context.kba.answerUnderstood();
+    if (code != traits.notLoggedIn) {
+      delivery.failed(code.value_or(-1));
+      return failed(context, traits.refused, traits.refusal);
+    }
     if (loginTried) return failed(context, loginFailed, 205);
     loginTried = true;
     if (!logIn(context, traits)) return false;
   }
 }
 
-bool exchangeAutomation(const ExchangeContext& context, const OperationTraits& traits, std::string_view progId,
-                        const std::function<bool(platform::AutomationObject&)>& perform) {
-  std::unique_ptr<platform::AutomationObject> object;
-  std::optional<std::string> systemText;
+}  // namespace
+
+bool exchangeHttp(const ExchangeContext& context, const OperationTraits& traits, std::string_view path,
+                  const std::function<bool(platform::XmlDocument&)>& build,
+                  const std::function<ReturnCode(const platform::XmlDocument&)>& read) {
+  Delivery delivery(context, traits, Delivery::Road::http);
+  if (!delivery.begin()) return givenUp(context);
   try {
-    object = context.runtime.machine.objects.createObject(progId);
-    if (perform(*object)) return true;
-  } catch (const platform::AutomationError& failure) {
-    systemText = failure.what();
+    return sendUntilAnswered(context, traits, path, delivery, build, read);
+  } catch (...) {
+    if (!delivery.unclear()) throw;
+    delivery.lost("Abbruch");
   }
-  context.window.ShowProgress(done, traits.refused, true);
-  context.runtime.reporting.ReportError(traits.refusalByObject, systemText ? *systemText : errorMessage(*object));
-  return false;
+  return failed(context, traits.refused, traits.refusal);
 }
 
-void announceSuccess(const ExchangeContext& context, std::string_view status, std::string_view message,
-                     std::string_view caption) {
+bool exchangeAutomation(const ExchangeContext& context, const OperationTraits& traits, std::string_view progId,
+                        const std::function<void(platform::AutomationObject&)>& fill,
+                        const std::function<std::int32_t(platform::AutomationObject&)>& send) {
+  Delivery delivery(context, traits, Delivery::Road::automation);
+  if (!delivery.begin()) return givenUp(context);
+  std::string text;
   try {
-    context.window.ShowProgress(done, status, true);
-    context.runtime.reporting.InfoMsg(message, caption);
-  } catch (const std::exception& failure) {
-    const std::string line = std::string(status) + ", aber nicht angezeigt: " + failure.what();
-    context.runtime.trace.TraceLine(line, trace_level::calls);
+    const auto object = context.runtime.machine.objects.createObject(progId);
+    fill(*object);
+    delivery.handOver();
+    const std::int32_t result = send(*object);
+    if (result == 0) {
+      delivery.accepted();
+      return true;
+    }
+    delivery.failed(result);
+    text = errorMessage(*object);
+  } catch (const platform::AutomationError& failure) {
+    if (delivery.unclear()) delivery.lost("Automatisierungsfehler");
+    return failed(context, traits.refused, traits.refusalByObject, failure.what());
+  } catch (...) {
+    if (!delivery.unclear()) throw;
+    delivery.lost("Abbruch");
   }
+  return failed(context, traits.refused, traits.refusalByObject, text);
+}
+
+void announceSuccess(const ExchangeContext& context, std::string_view status,
+                     const std::function<std::string()>& message, std::string_view caption) {
+  insist(context, status, [&] { return context.runtime.reporting.InfoMsg(message(), caption); });
 }
 
 }  // namespace kartix

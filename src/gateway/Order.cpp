@@ -1,6 +1,7 @@
 #include "gateway/Order.h"
 
 #include "common/Dates.h"
+#include "common/Text.h"
 #include "common/Values.h"
 #include "gateway/Answers.h"
 #include "gateway/KBAInterface.h"
@@ -16,6 +17,7 @@ namespace kartix {
 namespace {
 
 constexpr OperationTraits orderTraits = {
+    .kind = "Bestellung",
     .sending = "Bestellung wird gesendet...",
     .refused = "Bestellung fehlgeschlagen",
     .refusal = 2007,
@@ -76,7 +78,7 @@ OrderMessage DriverCardOrder::message(const OrderChoices& choices) const {
   };
 }
 
-std::int32_t DriverCardOrder::ReadOrderAnswer(const platform::XmlDocument& document) {
+ReturnCode DriverCardOrder::ReadOrderAnswer(const platform::XmlDocument& document) {
   const KbaAnswer answer = readInformation(document, CardNumber::expected);
   if (answer.understood && answer.code == 0) {
     const std::string today = context_.runtime.global.TodayDB();
@@ -92,7 +94,7 @@ std::int32_t DriverCardOrder::ReadOrderAnswer(const platform::XmlDocument& docum
   if (answer.understood && answer.code == login_result::noSuchSession) return answer.code;
   if (!answer.understood && answer.code == 0) traceUnknownNumber(context_.runtime.trace);
   reportAnswer(context_.runtime.reporting, context_.window, answer);
-  return answer.understood ? answer.code : -1;
+  return answer.understood ? ReturnCode(answer.code) : std::nullopt;
 }
 
 void DriverCardOrder::recordOrder() {
@@ -104,10 +106,23 @@ void DriverCardOrder::recordOrder() {
   card.sdate = today;
 }
 
+void DriverCardOrder::recordNumber(platform::AutomationObject& object) {
+  try {
+    const std::string number = text::trimSpace(toText(object.call("GetCardNumber", {})));
+    recordOrder();
+    context_.session.ResultCard.kartennr = number;
+  } catch (const platform::AutomationError&) {
+    traceUnknownNumber(context_.runtime.trace);
+    throw;
+  }
+}
+
 void DriverCardOrder::tellSuccess() const {
   constexpr std::string_view succeeded = "Bestellung erfolgreich";
-  const std::string number = context_.session.ResultCard.kartennr;
-  announceSuccess(context_, succeeded, "\r\nBestellung erfolgreich,\r\nvergebene Kartennummer: " + number, succeeded);
+  const auto message = [this] {
+    return "\r\nBestellung erfolgreich,\r\nvergebene Kartennummer: " + context_.session.ResultCard.kartennr;
+  };
+  announceSuccess(context_, succeeded, message, succeeded);
 }
 
 bool DriverCardOrder::SendOrderHttp(const OrderChoices& choices) {
@@ -119,39 +134,34 @@ bool DriverCardOrder::SendOrderHttp(const OrderChoices& choices) {
   const bool accepted = exchangeHttp(
       context_, orderTraits, service,
       [&](platform::XmlDocument& request) { return BuildOrderDocument(runtime, kba, request, order); },
-      [&](const platform::XmlDocument& answer) { return ReadOrderAnswer(answer); });
-  if (!accepted) return false;
-  recordOrder();
-  tellSuccess();
-  return true;
+      [&](const platform::XmlDocument& answer) {
+        const ReturnCode code = ReadOrderAnswer(answer);
+        if (code == 0) recordOrder();
+        return code;
+      });
+  if (accepted) tellSuccess();
+  return accepted;
 }
 
 bool DriverCardOrder::SendOrderAutomation(const OrderChoices& choices) {
   const Konfiguration& settings = context_.runtime.konfiguration;
   OrderMessage order = message(choices);
   order.cardIssuingMemberState = settings.Testsystem ? "TST" : "D";
-  std::string cardNumber;
-  const auto perform = [&](platform::AutomationObject& object) {
+  const auto fill = [&](platform::AutomationObject& object) {
     context_.window.ShowProgress(40, orderTraits.sending, true);
     setAccount(object, settings);
     callSetters(object, order, orderSetters());
     context_.window.ShowProgress(50, "", true);
+  };
+  const auto send = [this](platform::AutomationObject& object) {
     const std::int32_t result = toNumber(object.call("DoBestellungFahrerkarte", {}));
     context_.window.ShowProgress(80, "Antwort wird verarbeitet...", true);
-    if (result != 0) return false;
-    try {
-      cardNumber = toText(object.call("GetCardNumber", {}));
-    } catch (const platform::AutomationError&) {
-      traceUnknownNumber(context_.runtime.trace);
-      throw;
-    }
-    return true;
+    if (result == 0) recordNumber(object);
+    return result;
   };
-  if (!exchangeAutomation(context_, orderTraits, orderClass, perform)) return false;
-  recordOrder();
-  context_.session.ResultCard.kartennr = cardNumber;
-  tellSuccess();
-  return true;
+  const bool accepted = exchangeAutomation(context_, orderTraits, orderClass, fill, send);
+  if (accepted) tellSuccess();
+  return accepted;
 }
 
 }  // namespace kartix

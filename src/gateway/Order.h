@@ -78,8 +78,9 @@ class DriverCardOrder {
 
  private:
   OrderMessage message(const OrderChoices& choices) const;
-  std::int32_t ReadOrderAnswer(const platform::XmlDocument& document);
+  ReturnCode ReadOrderAnswer(const platform::XmlDocument& document);
   void recordOrder();
+  void recordNumber(platform::AutomationObject& object);
   void tellSuccess() const;
 
   ExchangeContext context_;

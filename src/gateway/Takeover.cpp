@@ -109,13 +109,13 @@ void fill(CFahrerkarte& card, Record& record) {
   card.fsverwaltung.clear();
   card.gueltigab = record["dgubg"];
   card.gueltigbis = record["dguab"];
-  card.kartennr = record["kgknr"];
+  card.kartennr = text::trimSpace(record["kgknr"]);
   card.kartennralt.clear();
   card.kfsnr = record["fsnfk"];
   card.kfsstaat = record["natas"];
   card.mittx = record["mittx"];
   card.proddatum = record["daukk"];
-  card.scode = record["scode"];
+  card.scode = text::trimSpace(record["scode"]);
   card.sdate = record["sdate"];
   card.sprache.clear();
   card.stbab = record["stbab"];

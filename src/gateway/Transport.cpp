@@ -68,6 +68,13 @@ std::string bytesOnTheWire(const platform::XmlDocument& request) {
   return codepage::toIsoXml(text);
 }
 
+/// A status with which a server says that it has not done what it was asked for.
+bool refuses(std::int32_t status) {
+  constexpr std::int32_t firstRefusal = 300;
+  constexpr std::int32_t firstServerError = 500;
+  return status >= firstRefusal && status < firstServerError;
+}
+
 std::string cut(std::string_view text, std::size_t size) {
   return text::trim(text::left(text::untilNul(text), size));
 }
@@ -91,13 +98,9 @@ std::int32_t KBAInterface::PostXml(std::string_view path, const platform::XmlDoc
   addTls(*http, settings);
   if (effect == Effect::changes) http->useFreshConnection();
 
-  const std::int32_t outcome = http->TESSELHTTPsend();
+  const std::int32_t outcome = sendNoted(*http, effect);
   if (outcome <= 0) {
     errorText = runtime_.global.NullTrim(text::left(library.TESSELHTTPgetErrorDesc(outcome), textSize));
-    if (http->requestSentCompletely()) {
-      runtime_.trace.TraceLine("PostXml: Anfrage vollständig gesendet, aber keine Antwort erhalten",
-                               trace_level::calls);
-    }
     return outcome;
   }
   errorText = cut(http->TESSELHTTPgetResponseDesc(textSize), textSize);
@@ -105,6 +108,23 @@ std::int32_t KBAInterface::PostXml(std::string_view path, const platform::XmlDoc
   response.loadXML(cut(runtime_.machine.xml.decode(http->TESSELHTTPgetResponseBody()).value_or(""), bodySize));
   keepCookies(*http, cookies_);
   return outcome;
+}
+
+std::int32_t KBAInterface::sendNoted(platform::HttpRequest& http, Effect effect) {
+  if (effect == Effect::reads) return http.TESSELHTTPsend();
+  change_ = Change::incomplete;
+  changeStatus_ = 0;
+  // The transfer may end with an exception as well: out of memory, with the request on its way.
+  struct Note {
+    KBAInterface& kba;
+    const platform::HttpRequest& request;
+    ~Note() {
+      if (request.requestSentCompletely())
+        kba.change_ = refuses(kba.changeStatus_) ? Change::answered : Change::unanswered;
+    }
+  } const note{*this, http};
+  changeStatus_ = http.TESSELHTTPsend();
+  return changeStatus_;
 }
 
 bool KBAInterface::CheckHttpStatus(std::int32_t status, std::string_view errorText) {

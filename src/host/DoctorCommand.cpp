@@ -43,6 +43,7 @@ int examine(const std::string& registry) {
   faults += report(installation.checkClientCertificate());
   faults += report(installation.checkGateway());
   faults += report(installation.checkImages());
+  faults += report(installation.checkOrderBook());
   if (faults == 0) return exit_status::done;
   std::cout << faults << (faults == 1 ? " fault" : " faults") << " to mend\n";
   return exit_status::failed;

@@ -108,6 +108,7 @@ struct Installation::Parts {
   std::unique_ptr<platform::ProfileFiles> files = adapters::makeIniFiles();
   std::unique_ptr<platform::DbeLibrary> dbe;
   std::unique_ptr<platform::HttpLibrary> http;
+  std::unique_ptr<platform::FileSystem> fileSystem = adapters::makeFiles();
   NoWindows windows;
   std::unique_ptr<platform::Clock> clock = adapters::makeSystemClock();
   Trace trace{*clock};
@@ -241,6 +242,28 @@ Findings Installation::checkImages() {
     return {fault(area, "there is no directory " + directory, "make it available, or mend KODSImageDir")};
   }
   return {good(area, "directory " + directory)};
+}
+
+OrderBook Installation::orderBook() { return {*parts_->fileSystem, *parts_->clock, parts_->settings.Bestellbuch}; }
+
+Findings Installation::checkOrderBook() {
+  constexpr const char* area = "order book";
+  OrderBook book = orderBook();
+  if (!book.kept()) return {};
+  std::vector<BookEntry> entries;
+  if (const auto failure = book.read(entries)) {
+    return {fault(area, "cannot be read: " + book.path() + ": " + failure.message(), "mend ZKR.Bestellbuch")};
+  }
+  const bool exists = access(book.path().c_str(), F_OK) == 0;
+  const std::string place = exists ? book.path() : std::filesystem::path(book.path()).parent_path().string();
+  if (access(place.c_str(), W_OK) != 0) {
+    return {fault(area, "cannot be written: " + book.path(), "mend the rights of " + place + ", or ZKR.Bestellbuch")};
+  }
+  const auto unclear =
+      std::count_if(entries.begin(), entries.end(), [](const BookEntry& entry) { return isUnclear(entry.outcome); });
+  if (unclear == 0) return {good(area, std::to_string(entries.size()) + " messages, none unclear: " + book.path())};
+  return {fault(area, std::to_string(unclear) + " of " + std::to_string(entries.size()) + " messages are unclear",
+                "kartix orders --open; inquire in the register, then kartix orders --settle")};
 }
 
 }  // namespace kartix::host

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "gateway/OrderBook.h"
 #include "host/Finding.h"
 
 namespace kartix {
@@ -30,6 +31,11 @@ class Installation {
   Findings checkGateway();
   /// The directory of photos and signatures is there.
   Findings checkImages();
+  /// No message in the order book has an unknown outcome, and the book can be written; nothing without a book.
+  Findings checkOrderBook();
+
+  /// The order book that the settings name. Works as long as this object.
+  OrderBook orderBook();
 
  private:
   struct Parts;

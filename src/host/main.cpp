@@ -9,6 +9,7 @@
 #include "host/DemoCommand.h"
 #include "host/DoctorCommand.h"
 #include "host/GatewayCommand.h"
+#include "host/OrdersCommand.h"
 #include "host/RunCommand.h"
 #include "host/SettingsCommand.h"
 
@@ -42,6 +43,7 @@ int runCommand(int argc, char** argv) {
   addDatabaseCommand(app, exit);
   addSettingsCommand(app, exit);
   addDoctorCommand(app, exit);
+  addOrdersCommand(app, exit);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

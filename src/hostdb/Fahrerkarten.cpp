@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/Text.h"
 #include "hostdb/Session.h"
 #include "runtime/Runtime.h"
 
@@ -47,9 +48,11 @@ CFahrerkarte& Fahrerkarten::FindCard() const {
 std::int16_t Fahrerkarten::GetCardCount() const { return session_.CardCount; }
 
 bool Fahrerkarten::belongsToOtherRecord(std::string_view kartennr) const {
-  if (kartennr == session_.AktKartennr) return false;
+  // A hit list shows numbers as the register wrote them.
+  const std::string number = text::trimSpace(kartennr);
+  if (number == session_.AktKartennr) return false;
   return std::any_of(session_.CardList.begin() + 1, session_.CardList.end(),
-                     [&](const CFahrerkarte& card) { return card.kartennr == kartennr; });
+                     [&](const CFahrerkarte& card) { return card.kartennr == number; });
 }
 
 }  // namespace kartix

@@ -39,10 +39,12 @@ Exchanged send(const ObjectContext& context, const Request& request) {
 Exchanged exchange(const ObjectContext& context, const Request& request) {
   Exchanged first = send(context, request);
   if (!first.answer || !request.asksForLogin(*first.answer)) return first;
+  context.kba.answerUnderstood();
   if (std::string failure = logIn(context); !failure.empty()) return {nullptr, std::move(failure)};
   Exchanged second = send(context, request);
-  if (second.answer && request.asksForLogin(*second.answer)) return {nullptr, "Fehler beim Login KBA."};
-  return second;
+  if (!second.answer || !request.asksForLogin(*second.answer)) return second;
+  context.kba.answerUnderstood();
+  return {nullptr, "Fehler beim Login KBA."};
 }
 
 }  // namespace kartix::objects

@@ -26,7 +26,8 @@ struct Request {
   Effect effect;
 };
 
-/// Sends `request`; logs in and sends it once more when the answer asks for that.
+/// Sends `request`; logs in and sends it once more when the answer asks for that. The last answer is still to be
+/// understood (`KBAInterface::answerUnderstood`).
 Exchanged exchange(const ObjectContext& context, const Request& request);
 
 }  // namespace kartix::objects

@@ -94,6 +94,12 @@ std::string Konfiguration::readSecret(std::string_view section, std::string_view
   return parameter(section, name, fromIni, true);
 }
 
+std::string Konfiguration::readUntraced(std::string_view section, std::string_view name) {
+  std::string value = text::trim(RegReadString(std::string(productKey) + std::string(section), name));
+  if (!value.empty() || InfoDatei.empty()) return value;
+  return text::trim(text::untilNul(files_.GetPrivateProfileString(section, name, "", longestSetting, InfoDatei)));
+}
+
 void Konfiguration::init() {
   trace_.TraceEnter("Konfiguration::init");
   InfoDatei = GetIni({}, productKey, "InfoDatei");
@@ -150,6 +156,7 @@ void Konfiguration::readRegister() {
   DTDHost2 = read(sectionGateway, "DTDHost2");
   if (DTDHost2.empty()) DTDHost2 = "zevis.example";
   SecureProxy = read(sectionGateway, "SecureProxy");
+  Bestellbuch = readUntraced(sectionRegister, "Bestellbuch");
   const std::string ansi = codepage::toAnsi(ZPPER);
   const unsigned sum = std::accumulate(ansi.begin(), ansi.end(), 0U,
                                        [](unsigned total, char c) { return total + static_cast<unsigned char>(c); });

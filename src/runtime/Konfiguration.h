@@ -95,12 +95,15 @@ class Konfiguration {
   std::string DTDHost2;     ///< host of the document types otherwise
   std::string SecureProxy;  ///< "host:port"
 
+  std::string Bestellbuch;  ///< path of the order book; empty for none. Reading it leaves nothing in the trace
+
   std::int16_t CookieSlot = 0;  ///< 0 to 4
   std::string ImageDir;
 
  private:
   std::string read(std::string_view section, std::string_view name);
   std::string readSecret(std::string_view section, std::string_view name);
+  std::string readUntraced(std::string_view section, std::string_view name);
   void readDatabase();
   void readSwitches();
   void readGateway();

@@ -11,32 +11,37 @@ constexpr int iconQuestion = 0;
 constexpr int iconWarning = 1;
 constexpr int iconError = 2;
 
+/// Answer of a message that nobody has seen.
+constexpr std::int16_t notShown = -2;
+
 }  // namespace
 
 std::int16_t Reporting::show(const Message& message) {
-  constexpr std::int16_t notShown = -2;
   if (!window_) return notShown;
   return window_->showMessage(message);
 }
 
-void Reporting::ErrorMsg(std::string_view message, std::string_view caption, bool critical) {
+bool Reporting::ErrorMsg(std::string_view message, std::string_view caption, bool critical) {
   trace_.TraceEnter("Global::ErrorMsg");
   trace_.TraceParam("message", message);
   trace_.TraceParam("caption", caption);
   trace_.TraceParam("critical", critical);
   global_.WaitCursor(false);
   if (critical && caption == "ARGO Kartix - Warnung") caption = "ARGO Kartix - Fehler";
-  show({std::string(message), std::string(caption), 1, critical ? iconError : iconWarning, {}, {}});
+  const std::int16_t answer =
+      show({std::string(message), std::string(caption), 1, critical ? iconError : iconWarning, {}, {}});
   trace_.TraceLeave("Global::ErrorMsg");
+  return answer != notShown;
 }
 
-void Reporting::InfoMsg(std::string_view message, std::string_view caption) {
+bool Reporting::InfoMsg(std::string_view message, std::string_view caption) {
   trace_.TraceEnter("Global::InfoMsg");
   trace_.TraceParam("message", message);
   trace_.TraceParam("caption", caption);
   global_.WaitCursor(false);
-  show({std::string(message), std::string(caption), 1, iconQuestion, {}, {}});
+  const std::int16_t answer = show({std::string(message), std::string(caption), 1, iconQuestion, {}, {}});
   trace_.TraceLeave("Global::InfoMsg");
+  return answer != notShown;
 }
 
 std::int16_t Reporting::YesNoMsg(std::string_view message, std::string_view caption) {
@@ -49,9 +54,9 @@ std::int16_t Reporting::YesNoMsg(std::string_view message, std::string_view capt
   return result;
 }
 
-void Reporting::ReportError(std::int32_t number, std::string_view detail1, std::string_view detail2) {
+bool Reporting::ReportError(std::int32_t number, std::string_view detail1, std::string_view detail2) {
   const CatalogueEntry entry = catalogueEntry(number, detail1, detail2, facts_ ? facts_() : OperationFacts{});
-  ErrorMsg("(" + std::to_string(number) + ")\r\n" + entry.text, "ARGO Kartix: Fehler", entry.critical);
+  return ErrorMsg("(" + std::to_string(number) + ")\r\n" + entry.text, "ARGO Kartix: Fehler", entry.critical);
 }
 
 void Reporting::ShowCommError(std::string_view source, std::int32_t code, std::string_view description) {

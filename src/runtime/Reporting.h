@@ -43,13 +43,14 @@ class Reporting {
   /// Where the catalogue takes the facts of the running operation from.
   void setOperationFacts(std::function<OperationFacts()> facts) { facts_ = std::move(facts); }
 
-  void ErrorMsg(std::string_view message, std::string_view caption, bool critical);
-  void InfoMsg(std::string_view message, std::string_view caption);
+  // ErrorMsg, InfoMsg and ReportError are False when the message could not be shown.
+  bool ErrorMsg(std::string_view message, std::string_view caption, bool critical);
+  bool InfoMsg(std::string_view message, std::string_view caption);
   /// 1 is yes; anything else is no.
   std::int16_t YesNoMsg(std::string_view message, std::string_view caption);
 
   /// Shows error `number` of the catalogue. An unknown number shows the number alone.
-  void ReportError(std::int32_t number, std::string_view detail1 = {}, std::string_view detail2 = {});
+  bool ReportError(std::int32_t number, std::string_view detail1 = {}, std::string_view detail2 = {});
 
   /// Reports a transport failure as error 200. `source` is "HTTP" or "COM", `code` the status.
   void ShowCommError(std::string_view source, std::int32_t code, std::string_view description);

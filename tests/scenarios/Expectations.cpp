@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <sstream>
 #include <utility>
 
 #include "common/CodePage.h"
@@ -152,6 +154,25 @@ void findInTrace(const Installation& installation, const Json& expected) {
   }
 }
 
+/// The order book with the identifier of each entry as its number, and without the times.
+std::string bookOf(const Installation& installation) {
+  constexpr char separator = '\t';
+  std::map<std::string, std::string> numbers;
+  std::string text;
+  for (const std::string& line : linesOf(readBytes(installation.file("book.txt")))) {
+    std::istringstream fields(line);
+    std::string step;
+    std::string id;
+    std::string time;
+    std::string rest;
+    std::getline(std::getline(std::getline(fields, step, separator), id, separator), time, separator);
+    std::getline(fields, rest);
+    const std::string& number = numbers.emplace(id, std::to_string(numbers.size() + 1)).first->second;
+    text += step + " " + number + " " + text::replaceAll(rest, "\t", " ") + "\n";
+  }
+  return text;
+}
+
 void compareProperties(const Outcome& outcome, const Json& expected) {
   Json found = Json::object();
   for (const auto& [name, value] : outcome.properties) {
@@ -187,6 +208,11 @@ void checkExpectations(const Installation& installation, const Outcome& outcome)
   compareProperties(outcome, part(expect, "properties"));
   if (expect.contains("trace")) compareTrace(installation, expect["trace"]);
   if (expect.contains("traceHas")) findInTrace(installation, expect["traceHas"]);
+  if (expect.contains("book")) {
+    std::string expected;
+    for (const std::string line : expect["book"]) expected += line + "\n";
+    expectSame("book", bookOf(installation), expected);
+  }
   for (const auto& [file, picture] : part(expect, "pictures").items()) {
     EXPECT_EQ(describePicture(installation.file(file)), picture) << file;
   }

@@ -18,7 +18,7 @@ const std::map<std::string, std::vector<std::string>> knownKeys = {
       "gateway", "replies", "setup", "script", "objects", "expect"}},
     {"expect",
      {"init", "result", "properties", "messages", "windows", "ready", "requests", "tunnels", "calls", "progress",
-      "sounds", "settings", "ini", "trace", "traceHas", "pictures"}},
+      "sounds", "settings", "ini", "trace", "traceHas", "book", "pictures"}},
     {"gateway", {"tls", "proxy"}},
     {"setup", {"httpVersion", "xmlClasses"}},
 };

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "adapters/files/Lines.h"
 #include "common/Text.h"
 
 namespace kartix::adapters {
@@ -44,6 +45,14 @@ class Files final : public platform::FileSystem {
     if (fs::is_regular_file(status)) return native;
     if (fs::exists(status)) return std::nullopt;
     return findOtherCase(native);
+  }
+
+  std::error_code appendLine(const std::string& path, std::string_view line) noexcept override {
+    return appendDurably(path, line);
+  }
+
+  std::error_code readLines(const std::string& path, const std::function<void(std::string_view)>& take) override {
+    return readWholeLines(path, longestLine, take);
   }
 };
 
