@@ -48,7 +48,7 @@ class NotificationObject final : public platform::AutomationObject {
       return -1;
     }
     const KbaAnswer answer = readNotificationReply(*exchanged.answer);
-    if (answer.understood) place_.kba.answerUnderstood();
+    if (answer.understood) context_.kba.answerUnderstood();
     error_ = refusalText(answer);
     return answer.understood ? answer.code : -1;
   }

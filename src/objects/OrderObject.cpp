@@ -72,7 +72,7 @@ class OrderObject final : public platform::AutomationObject {
     const KbaAnswer answer = readInformation(*exchanged.answer, number);
     error_ = refusalText(answer);
     if (answer.understood) {
-      place_.kba.answerUnderstood();
+      context_.kba.answerUnderstood();
       cardNumber_ = answer.cardNumber;
     }
     // An order that was accepted without a number is accepted: it is the number that cannot be told.

@@ -207,4 +207,29 @@ TEST_F(Command, AScriptThatDoesNotFitEndsWith3AndSecretsAreMasked) {
                                 HasSubstr(R"("ZEVISPass":{"text":"*****")"), Not(HasSubstr("geheim"))));
 }
 
+TEST_F(Command, OrdersShowsTheBookAndSettlesWhatIsUnclear) {
+  const std::string unclear = "aaaaaaaaaaaaaaaa";
+  EXPECT_EQ(kartix("orders").status, 1) << "no book is kept";
+  kartix("settings set ZKR.Bestellbuch " + (dir / "book.txt").string());
+  write("book.txt", "begin\t" + unclear +
+                        "\t2014-03-05T10:15:00\tBestellung\thttp\t4711\t1\t4711/1\tMeier\n"
+                        "end\t" +
+                        unclear +
+                        "\t2014-03-05T10:15:09\tunclear\tCOM/-26\n"
+                        "begin\tbbbbbbbbbbbbbbbb\t2014-03-05T10:16:00\tStorno\thttp\t4711\t2\t4711/2\tMeier\n"
+                        "end\tbbbbbbbbbbbbbbbb\t2014-03-05T10:16:02\taccepted\t\n");
+  EXPECT_EQ(kartix("orders --open").out,
+            unclear + "  2014-03-05T10:15:00  Bestellung 4711/1 (Meier): unklar, COM/-26\n");
+  EXPECT_THAT(kartix("orders").out, HasSubstr("Storno 4711/2 (Meier): angenommen\n"));
+  EXPECT_THAT(kartix("doctor").out, HasSubstr("1 of 2 messages are unclear"));
+  const json all = json::parse(kartix("orders --json").out);
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[0]["outcome"], "unclear");
+  EXPECT_EQ(all[0]["endTime"], "2014-03-05T10:15:09");
+  EXPECT_EQ(kartix("orders --settle bbbbbbbbbbbbbbbb").status, 2);
+  EXPECT_EQ(kartix("orders --settle " + unclear).status, 0);
+  EXPECT_EQ(kartix("orders --open").out, "");
+  EXPECT_THAT(kartix("orders").out, HasSubstr("Bestellung 4711/1 (Meier): geklärt, unclear"));
+}
+
 }  // namespace

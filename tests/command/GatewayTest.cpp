@@ -79,7 +79,7 @@ TEST_F(GatewayCommand, AnAcceptedOrderWhoseAnswerIsLostStandsOnceAndIsTraced) {
       "DebugFile=trace.txt; do kartix settings set ${s%%=*} ${s#*=}; done; "
       "kartix run FahrerKartenBestellung --person 4713 --lfdnr 1 --clerk Meier --now 2014-11-14T09:30:00 "
       "--script clerk.json --transcript t | grep -o '\"result\":-1'; kill $!; wait $!; "
-      "grep -c 'COM/-26' t; grep -o '\"4713/[0-9]*\"' state.json; grep -ac 'gesendet, aber keine Antwort' trace.txt");
+      "grep -c 'COM/-26' t; grep -o '\"4713/[0-9]*\"' state.json; grep -ac 'Ausgang unklar: Bestellung 4713/1' trace.txt");
   EXPECT_EQ(out, "\"result\":-1\n1\n\"4713/1\"\n1\nstatus 0\n");
 }
 

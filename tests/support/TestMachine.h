@@ -37,6 +37,8 @@ struct IdleParts : platform::FileSystem,
                    platform::UserInterface {
   std::string nativePath(std::string_view path) override { return std::string(path); }
   std::optional<std::string> findFile(std::string_view) override { return std::nullopt; }
+  std::error_code appendLine(const std::string&, std::string_view) noexcept override { return {}; }
+  std::error_code readLines(const std::string&, const std::function<void(std::string_view)>&) override { return {}; }
   std::int32_t TESSELHTTPgetDLLVersion() override { return -1; }
   std::unique_ptr<platform::HttpRequest> TESSELHTTPCreate() override { return nullptr; }
   std::string TESSELHTTPgetErrorDesc(std::int32_t) override { return {}; }
