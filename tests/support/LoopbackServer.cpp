@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace kartix::test {
@@ -172,6 +173,7 @@ void LoopbackServer::serve(int socket, int number) {
     request->connection = number;
     const Reply reply = replyTo(*request);
     wire.write(reply.bytes);
+    if (reply.after.count() > 0) std::this_thread::sleep_for(reply.after);
     switch (reply.then) {
       case Reply::Then::keepOpen:
         break;
@@ -186,6 +188,8 @@ void LoopbackServer::serve(int socket, int number) {
       }
       case Reply::Then::close:
         wire.close();
+        return;
+      case Reply::Then::drop:
         return;
     }
   }

@@ -2,6 +2,7 @@
 
 #include <openssl/ssl.h>
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -24,10 +25,12 @@ struct RecordedRequest {
 
 /// What the server does with a request.
 struct Reply {
-  enum class Then { keepOpen, close, reset, hang };
+  enum class Then { keepOpen, close, drop, reset, hang };
 
-  std::string bytes;           ///< sent as they stand; none for no answer
-  Then then = Then::keepOpen;  ///< `hang` sends nothing more until the server goes
+  std::string bytes;  ///< sent as they stand; none for no answer
+  Then then =
+      Then::keepOpen;  ///< `drop` closes without TLS's farewell; `hang` sends nothing more until the server goes
+  std::chrono::milliseconds after{};  ///< what comes then
 };
 
 /// Bytes of a complete answer. `headers` are whole lines with their ends.

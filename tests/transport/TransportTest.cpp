@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <thread>
 
 #include "adapters/curl/Curl.h"
 #include "support/LoopbackServer.h"
@@ -51,11 +53,13 @@ class Transport : public ::testing::Test {
   }
   std::int32_t send(const Exchange& exchange) { return request(exchange)->TESSELHTTPsend(); }
 
+  void loseNoTime() { library = makeCurlHttp({authority.caFile(), 2, 1}); }
+
   test::TempDir directory;
   test::TestAuthority authority{directory.path()};
   PemFiles serverFiles = authority.issue("server");
   PemFiles client = authority.issue("client");
-  std::unique_ptr<platform::HttpLibrary> library = makeCurlHttp({authority.caFile(), 2, 1});
+  std::unique_ptr<platform::HttpLibrary> library = makeCurlHttp({authority.caFile()});
 };
 
 TEST_F(Transport, NothingButWhatWasSetGoesOverTheWireAndTheAnswerComesBackWhole) {
@@ -92,11 +96,11 @@ TEST_F(Transport, BrokenAnswersHaveTheirErrors) {
   const std::string whole = answer(std::string(100, 'x'));
   const std::string large(std::size_t{17} * 1024 * 1024, 'x');
   const std::string start = "HTTP/1.1 200 OK\r\n";
-  const std::vector<std::pair<Reply, std::int32_t>> cases = {
-      {{"", Then::close}, error::answerBrokenOff},
+  const std::string interim = "HTTP/1.1 100 Continue\r\n\r\n";
+  const std::string chunked = start + "Transfer-Encoding: chunked\r\n\r\n";
+  std::vector<std::pair<Reply, std::int32_t>> cases = {
       {{"", Then::reset}, error::answerBrokenOff},
-      {{whole.substr(0, 80), Then::close}, error::answerBrokenOff},
-      {{start + "Transfer-Encoding: chunked\r\n\r\n5\r\nab", Then::close}, error::answerBrokenOff},
+      {{start, Then::reset}, error::answerBrokenOff},
       {{"", Then::hang}, error::timedOut},
       {{whole.substr(0, 80), Then::hang}, error::timedOut},
       {{answer(large), Then::close}, error::answerTooLarge},
@@ -105,6 +109,45 @@ TEST_F(Transport, BrokenAnswersHaveTheirErrors) {
             "Z: " + std::string(90000, 'z') + "\r\n" + "A: " + std::string(90000, 'a') + "\r\n\r\n",
         Then::close},
        error::answerTooLarge}};
+  for (const std::string& bytes : {
+           // Ended too early, and then the connection is.
+           std::string(),
+           std::string("HTTP/1.1 200 OK"),
+           start,
+           start + "Content-Length: 0\r\n",
+           interim,
+           interim + start,
+           whole.substr(0, 80),
+           chunked + "5\r\nab",
+           chunked + "2\r\nab\r\n0\r\n",
+           // No HTTP, or none that the library reads.
+           start + "X: " + std::string(150000, 'x') + "\r\n\r\n",
+           start + "kein Feld\r\n\r\n",
+           std::string("<zkr-auskunft/>"),
+           std::string("\r\n\r\n"),
+           answer("", "000 OK"),
+           answer("", "042 OK"),
+           answer("", "20 OK"),
+           answer("", "2000 OK"),
+           answer("", "2OO OK"),
+           answer("", "101 Switching Protocols"),
+           answer("", "200 O\x01K"),
+           answer("", "200 O\rK"),
+           answer("", "500 O\x7FK"),
+           answer("", "500 \xC2\x9B"),
+           answer("", std::string("200 O\0K", 7)),
+           std::string("HTTP/2 200\r\nContent-Length: 0\r\n\r\n"),
+           // Sizes that contradict each other.
+           answer("ab", "200 OK", "Content-Length: 1\r\n"),
+           start + "Content-Length: x\r\n\r\n",
+           start + "Content-Length: -1\r\n\r\n",
+           chunked + "zz\r\n",
+           chunked + "2\r\nabcd\r\n0\r\n\r\n",
+           start + "Transfer-Encoding: unbekannt\r\n\r\nab",
+       }) {
+    cases.push_back({{bytes, Then::close}, error::answerBrokenOff});
+  }
+  loseNoTime();
   for (const auto& [reply, expected] : cases) {
     LoopbackServer server({reply});
     const auto http = request({server.port()});
@@ -114,12 +157,39 @@ TEST_F(Transport, BrokenAnswersHaveTheirErrors) {
   }
 }
 
+TEST_F(Transport, UnusualAnswersAreStillAnswers) {
+  const std::string chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nab\r\n0\r\n";
+  for (const std::string& bytes :
+       {std::string("HTTP/1.0 200 OK\r\n\r\nab"), std::string("HTTP/1.1 200\r\nContent-Length: 2\r\n\r\nab"),
+        std::string("HTTP/1.1 200 \nContent-Length: 2\n\nab"), chunked + "HTTP/1.1: 500 X\r\nSet-Cookie: c=1\r\n\r\n",
+        answer("ab") + answer("", "500 X"), answer("ab", "200 OK", "Content-Length: 2\r\n")}) {
+    LoopbackServer server({{bytes, Then::close}, {answer("")}});
+    const auto http = request({server.port()});
+    EXPECT_EQ(http->TESSELHTTPsend(), 200) << bytes;
+    EXPECT_EQ(http->TESSELHTTPgetResponseBody(), "ab") << bytes;
+    EXPECT_EQ(http->TESSELHTTPgetSetCookie("c"), "") << bytes;
+    EXPECT_EQ(send({server.port()}), 200) << "nothing of the first answer is left: " << bytes;
+  }
+}
+
+TEST_F(Transport, LongReasonIsCutOnceBetweenCharacters) {
+  std::string reason(std::size_t{95} * 1024, 'x');
+  for (std::size_t i = 0; i < reason.size(); i += 2) reason.replace(i, 2, "ä");
+  LoopbackServer server({{answer("", "500 " + reason)}});
+  const auto http = request({server.port()});
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(http->TESSELHTTPsend(), 500);
+  EXPECT_EQ(http->TESSELHTTPgetResponseDesc(1001), reason.substr(0, 1000));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4));
+}
+
 TEST_F(Transport, ServerThatCannotBeReached) {
   const std::string unused = test::Listener().port();
   EXPECT_EQ(send({unused}), error::connectionRefused);
   EXPECT_EQ(send({.port = unused, .host = "kein-server.invalid"}), error::nameNotFound);
   EXPECT_FALSE(request({unused})->requestSentCompletely());
   LoopbackServer mute({{"", Then::hang}});
+  loseNoTime();
   EXPECT_EQ(send({.port = mute.port(), .tls = true}), error::timedOut);
   for (const auto& [host, port] : std::vector<std::pair<std::string, std::string>>{{"", "80"},
                                                                                    {"a b", "80"},
@@ -189,6 +259,7 @@ TEST_F(Transport, SecureProxyTunnels) {
               ::testing::ElementsAre("CONNECT " + target + " HTTP/1.1\r\nHost: " + target + "\r\n\r\n"));
 
   LoopbackServer mute({{"", Then::hang}});
+  loseNoTime();
   const std::string unused = "127.0.0.1:" + test::Listener().port();
   for (const std::string& address :
        {refusing.address(), unused, "127.0.0.1:" + mute.port(), std::string("kein-proxy.invalid:8080"),
@@ -206,7 +277,7 @@ TEST_F(Transport, SecureProxyTunnels) {
 TEST_F(Transport, ConnectionsAreKeptForTheSameClientOnly) {
   LoopbackServer server({{answer("")}}, test::TlsWishes{serverFiles, authority.caFile()});
   Exchange exchange{.port = server.port(), .tls = true, .client = client};
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(send(exchange), 200);
+  for (int i = 0; i < 50; ++i) EXPECT_EQ(send(exchange), 200);
   EXPECT_EQ(server.connections(), 1);
   const auto fresh = request(exchange);
   fresh->useFreshConnection();
@@ -214,6 +285,19 @@ TEST_F(Transport, ConnectionsAreKeptForTheSameClientOnly) {
   EXPECT_EQ(server.connections(), 2);
   exchange.client.key = serverFiles.key;
   EXPECT_EQ(send(exchange), error::clientCertificateUnusable);
+}
+
+TEST_F(Transport, ConnectionsAreKeptAsLongAsTheServerSays) {
+  for (const auto& [said, connections] :
+       std::vector<std::pair<std::string, int>>{{"Connection: x, keep-alive", 1},
+                                                {"Keep-Alive: timeout=30, max=5", 1},
+                                                {"Keep-Alive: timeout=1", 2},
+                                                {"Keep-Alive: timeout=30, max=0", 2},
+                                                {"Connection: close", 2}}) {
+    LoopbackServer server({{answer("", "200 OK", said + "\r\n")}});
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(send({.port = server.port()}), 200);
+    EXPECT_EQ(server.connections(), connections) << said;
+  }
 }
 
 TEST_F(Transport, RequestIsNeverSentTwice) {
@@ -228,20 +312,52 @@ TEST_F(Transport, RequestIsNeverSentTwice) {
       ASSERT_EQ(server.requests().size(), 2U);
       EXPECT_EQ(server.requests()[1].connection, 0) << "the fault needs a kept connection";
       EXPECT_EQ(second->TESSELHTTPsend(), 200) << "when the component asks for it";
+      EXPECT_EQ(send({.port = server.port(), .tls = tls}), 200);
+      EXPECT_NE(server.requests()[3].connection, server.requests()[2].connection) << "none is trusted any more";
     }
   }
 }
 
-TEST_F(Transport, KeptConnectionThatTheServerClosedIsReplaced) {
-  for (const bool tls : {false, true}) {
-    LoopbackServer server({{answer(""), Then::close}},
-                          tls ? std::optional(test::TlsWishes{serverFiles, ""}) : std::nullopt);
-    for (int i = 0; i < 3; ++i) {
-      EXPECT_EQ(send({.port = server.port(), .tls = tls}), 200);
-      std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    }
-    EXPECT_EQ(server.connections(), 3);
+/// How a server ends a connection after an answer.
+struct Ending {
+  const char* name;
+  Then then;
+  int milliseconds = 0;
+  bool tls = false;
+  std::string headers = {};
+};
+
+class ServerThatEndsConnections : public Transport, public ::testing::WithParamInterface<Ending> {};
+
+TEST_P(ServerThatEndsConnections, LosesNoRequest) {
+  constexpr int runs = 40;
+  const Ending& ending = GetParam();
+  LoopbackServer server(
+      {{answer("", "200 OK", ending.headers), ending.then, std::chrono::milliseconds(ending.milliseconds)}},
+      ending.tls ? std::optional(test::TlsWishes{serverFiles, ""}) : std::nullopt);
+  for (int run = 0; run < runs; ++run) {
+    library = makeCurlHttp({authority.caFile()});  // knows nothing of the server
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(send({.port = server.port(), .tls = ending.tls}), 200) << run;
   }
+  EXPECT_EQ(server.connections(), 2 * runs);
+}
+
+INSTANTIATE_TEST_SUITE_P(Endings, ServerThatEndsConnections,
+                         ::testing::Values(Ending{"AtOnce", Then::close}, Ending{"Later", Then::close, 2},
+                                           Ending{"LaterUnderTls", Then::drop, 2, true},
+                                           Ending{"LaterWithTlsFarewell", Then::close, 2, true},
+                                           Ending{"Announced", Then::close, 0, false, "Connection: close\r\n"},
+                                           Ending{"Reset", Then::reset}),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST_F(Transport, ServerThatHasEndedOneConnectionIsTrustedWithNone) {
+  // The first connection ends while the component is busy with something else; all others would be kept.
+  LoopbackServer server({{answer(""), Then::close}, {answer("", "200 OK", "Keep-Alive: timeout=30\r\n")}});
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(send({.port = server.port()}), 200);
+    if (i == 0) std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  EXPECT_EQ(server.connections(), 4);
 }
 
 TEST_F(Transport, RequestThatWasCutOffWasNotSentCompletely) {
@@ -252,10 +368,24 @@ TEST_F(Transport, RequestThatWasCutOffWasNotSentCompletely) {
         },
         tls ? std::optional(test::TlsWishes{serverFiles, ""}) : std::nullopt, [](const auto&) { return true; });
     const auto http =
-        request({.port = server.port(), .tls = tls, .body = std::string(std::size_t{64} * 1024 * 1024, 'x')});
+        request({.port = server.port(), .tls = tls, .body = std::string(std::size_t{16} * 1024 * 1024, 'x')});
     EXPECT_EQ(http->TESSELHTTPsend(), error::answerBrokenOff);
     EXPECT_FALSE(http->requestSentCompletely());
     EXPECT_EQ(server.requests().size(), 1U);
+  }
+}
+
+TEST_F(Transport, SuccessIsNoneBeforeTheRequestHasGoneOut) {
+  for (const auto& [status, expected] :
+       std::vector<std::pair<std::string, std::int32_t>>{{"200 OK", error::answerBrokenOff}, {"413 Zu gross", 413}}) {
+    LoopbackServer server(
+        [status = status](const auto&) {
+          return Reply{answer("", status, "Connection: close\r\n"), Then::hang};
+        },
+        std::nullopt, [](const auto&) { return true; });
+    const auto http = request({.port = server.port(), .body = std::string(std::size_t{16} * 1024 * 1024, 'x')});
+    EXPECT_EQ(http->TESSELHTTPsend(), expected);
+    EXPECT_FALSE(http->requestSentCompletely());
   }
 }
 

@@ -19,9 +19,9 @@ struct CurlOptions {
 /// HTTP/1.1 for the gateway: TLS 1.2 or newer with the server's certificate and name checked, no redirects, no
 /// cookies and no header but those that the component set, no proxy from the environment.
 ///
-/// Connections and TLS sessions are kept for the next request of the same client certificate, key and proxy. A
-/// request of which a byte has gone out is never sent a second time. Requests may run on several threads at once,
-/// each request on one.
+/// Connections and TLS sessions are kept for the next request of the same client certificate, key and proxy, towards
+/// servers that keep theirs (`HandlePool`). A request of which a byte has gone out is never sent a second time.
+/// Requests may run on several threads at once, each request on one.
 std::unique_ptr<platform::HttpLibrary> makeCurlHttp(const CurlOptions& options = {});
 
 }  // namespace kartix::adapters

@@ -73,7 +73,8 @@ bool isReachingFailure(std::int32_t code) {
 }  // namespace
 
 std::int32_t errorOf(const Failure& failure, const Exchange& exchange) {
-  if (exchange.tooLarge()) return http_error::answerTooLarge;
+  if (exchange.answer.broken()) return http_error::answerBrokenOff;
+  if (exchange.answer.tooLarge()) return http_error::answerTooLarge;
   if (exchange.stalled()) return http_error::timedOut;
   if (refusesClientCertificate(failure.tls.alert)) return http_error::clientCertificateUnusable;
   const std::int32_t code = codeOf(failure.result);
@@ -86,9 +87,9 @@ std::int32_t errorOf(const Failure& failure, const Exchange& exchange) {
     return atProxy && isReachingFailure(code) ? http_error::secureProxyNotReachable : code;
   }
   if (exchange.secondSendingRefused()) return http_error::answerBrokenOff;
-  // A new connection that fails after the kept one broke says nothing about the request that had gone out.
-  const bool final =
-      code == http_error::timedOut || code == http_error::answerTooLarge || code == http_error::unknown;
+  // Whatever else went wrong, the answer is what is missing: a new connection that fails after the kept one broke
+  // says nothing about the request that had gone out, and what the library cannot read is no answer.
+  const bool final = code == http_error::timedOut || code == http_error::answerTooLarge;
   return exchange.anythingSent() && !final ? http_error::answerBrokenOff : code;
 }
 

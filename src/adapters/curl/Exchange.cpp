@@ -55,6 +55,11 @@ void Exchange::noteSent(std::string_view bytes) {
   head_.clear();
 }
 
+bool Exchange::answered() const {
+  constexpr std::int32_t firstUnsuccessful = 300;
+  return answer.headComplete() && (sentCompletely() || answer.status() >= firstUnsuccessful);
+}
+
 int Exchange::onProgress(void* exchange, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
   auto& self = *static_cast<Exchange*>(exchange);
   self.stalled_ = self.begun_ && std::chrono::steady_clock::now() - self.lastByte_ >= self.stallLimit_;
@@ -63,16 +68,12 @@ int Exchange::onProgress(void* exchange, curl_off_t, curl_off_t, curl_off_t, cur
 
 std::size_t Exchange::onHeadLine(const char* data, std::size_t, std::size_t size, void* exchange) {
   auto& self = *static_cast<Exchange*>(exchange);
-  if (self.answer.addHeadLine({data, size})) return size;
-  self.tooLarge_ = true;
-  return 0;
+  return self.answer.addHeadLine({data, size}) ? size : 0;
 }
 
 std::size_t Exchange::onBody(const char* data, std::size_t, std::size_t size, void* exchange) {
   auto& self = *static_cast<Exchange*>(exchange);
-  if (self.answer.addBody({data, size})) return size;
-  self.tooLarge_ = true;
-  return 0;
+  return self.answer.addBody({data, size}) ? size : 0;
 }
 
 }  // namespace kartix::adapters

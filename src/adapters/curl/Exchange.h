@@ -24,11 +24,12 @@ class Exchange {
   /// The server was reached and the request began.
   bool begun() const { return begun_; }
   bool anythingSent() const { return sent_ > 0; }
+  /// An answer has come that can be one: its head is whole, and it does not confirm half a request.
+  bool answered() const;
   bool sentCompletely() const { return headSize_ > 0 && sent_ >= headSize_ + bodySize_; }
   /// Why this object ended the transfer.
   bool secondSendingRefused() const { return secondSendingRefused_; }
   bool stalled() const { return stalled_; }
-  bool tooLarge() const { return tooLarge_; }
 
  private:
   static int onBegin(void* exchange, char*, char*, int, int);
@@ -48,7 +49,6 @@ class Exchange {
   bool begun_ = false;
   bool secondSendingRefused_ = false;
   bool stalled_ = false;
-  bool tooLarge_ = false;
 };
 
 }  // namespace kartix::adapters

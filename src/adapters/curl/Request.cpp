@@ -12,14 +12,16 @@
 namespace kartix::adapters {
 namespace {
 
+namespace http_error = platform::http_error;
+
 constexpr std::int32_t accepted = 0;
 constexpr std::int32_t methodAccepted = 12;
 constexpr std::int32_t refused = -1;
 
-constexpr std::int32_t largestPort = 65535;
+/// Between names, which may hold any other character.
+constexpr char separator = '\0';
 
-/// Seconds that a kept connection may have been idle; servers close theirs sooner or later.
-constexpr long longestIdle = 60;
+constexpr std::int32_t largestPort = 65535;
 
 bool hasControlCharacter(std::string_view text) {
   return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
@@ -87,7 +89,9 @@ CURLcode onTlsContext(CURL*, void* context, void* extras) {
 }  // namespace
 
 std::int32_t Request::TESSELHTTPsetServer(std::string_view server, std::string_view port) {
-  return setHost(url_.get(), text::trim(server), text::trim(port)) ? accepted : refused;
+  if (!setHost(url_.get(), text::trim(server), text::trim(port))) return refused;
+  server_ = text::trim(server) + separator + text::trim(port);
+  return accepted;
 }
 
 std::int32_t Request::TESSELHTTPsetMethod(std::string_view method) {
@@ -124,12 +128,9 @@ void Request::TESSELHTTPsetPEM(std::string_view certificate, std::string_view ke
   phrase_ = phrase;
 }
 
-std::string Request::identity() const {
-  constexpr char separator = '\0';
-  std::string text = tls_ ? "https" : "http";
-  for (const std::string& part : {certificate_, key_, phrase_, proxy_.value_or("")})
-    text.append(1, separator) += part;
-  return text;
+Route Request::route() const {
+  return {server_ + separator + (tls_ ? "https" : "http") + separator + proxy_.value_or(""),
+          certificate_ + separator + key_ + separator + phrase_};
 }
 
 HeaderList Request::requestHeaders() const {
@@ -155,9 +156,8 @@ void Request::prepareHttp(CURL* easy, curl_slist* headers) {
   if (!cookies_.empty()) curl_easy_setopt(easy, CURLOPT_COOKIE, cookies_.c_str());
   curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(Answer::bodyLimit));
   curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, static_cast<long>(options_.connectSeconds));
-  curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, longestIdle);
+  curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, static_cast<long>(KeepPromise::longestIdle.count()));
   curl_easy_setopt(easy, CURLOPT_MAXCONNECTS, 1L);
-  curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, fresh_ ? 1L : 0L);
   curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
 }
@@ -196,9 +196,13 @@ bool Request::prepareProxy(CURL* easy, curl_slist* headers) {
 
 std::int32_t Request::TESSELHTTPsend() {
   exchange_.emplace(body_.size(), std::chrono::seconds(options_.stallSeconds));
-  std::unique_ptr<Handle> handle = pool_->take(identity());
+  std::unique_ptr<Handle> handle = pool_->take(route(), fresh_);
   const std::int32_t outcome = perform(*handle);
-  if (outcome > 0) pool_->giveBack(std::move(handle));
+  if (outcome > 0) {
+    pool_->giveBack(std::move(handle), exchange_->answer.promise());
+  } else if (outcome == http_error::answerBrokenOff && handle->permission.reuse) {
+    pool_->noteUnannouncedEnd(*handle);
+  }
   return outcome;
 }
 
@@ -210,16 +214,16 @@ std::int32_t Request::perform(Handle& handle) {
   TlsExtras extras{&handle, options_.caFile.string()};
 
   exchange_->attach(easy);
+  curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, handle.permission.reuse ? 0L : 1L);
+  curl_easy_setopt(easy, CURLOPT_FORBID_REUSE, handle.permission.keep ? 0L : 1L);
   prepareHttp(easy, headers.get());
   prepareTls(handle);
   curl_easy_setopt(easy, CURLOPT_SSL_CTX_FUNCTION, onTlsContext);
   curl_easy_setopt(easy, CURLOPT_SSL_CTX_DATA, &extras);
-  if (!prepareProxy(easy, proxyHeaders.get())) return platform::http_error::secureProxyNotReachable;
+  if (!prepareProxy(easy, proxyHeaders.get())) return http_error::secureProxyNotReachable;
 
   const CURLcode result = curl_easy_perform(easy);
-  long status = 0;
-  curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
-  if (result == CURLE_OK && status > 0) return static_cast<std::int32_t>(status);
+  if (result == CURLE_OK) return exchange_->answered() ? exchange_->answer.status() : http_error::answerBrokenOff;
   long connectStatus = 0;
   curl_easy_getinfo(easy, CURLINFO_HTTP_CONNECTCODE, &connectStatus);
   return errorOf({result, proxy_.has_value(), connectStatus / 100 == 2, handle.tlsEvents}, *exchange_);
@@ -227,9 +231,11 @@ std::int32_t Request::perform(Handle& handle) {
 
 std::string Request::TESSELHTTPgetResponseDesc(std::size_t size) const {
   if (!exchange_) return {};
-  std::string reason = exchange_->answer.reason();
-  while (reason.size() > size) reason = text::left(reason, text::length(reason) - 1);
-  return reason;
+  const std::string& reason = exchange_->answer.reason();
+  if (reason.size() <= size) return reason;
+  std::size_t end = size;
+  while (end > 0 && (static_cast<unsigned char>(reason[end]) & 0xC0) == 0x80) --end;  // not within a character
+  return reason.substr(0, end);
 }
 
 const std::string& Request::TESSELHTTPgetResponseBody() const {

@@ -43,7 +43,7 @@ class Request final : public platform::HttpRequest {
   std::string TESSELHTTPgetSetCookie(std::string_view name) const override;
 
  private:
-  std::string identity() const;
+  Route route() const;
   void prepareHttp(CURL* easy, curl_slist* headers);
   void prepareTls(Handle& handle);
   bool prepareProxy(CURL* easy, curl_slist* headers);
@@ -53,6 +53,7 @@ class Request final : public platform::HttpRequest {
   CurlOptions options_;
   std::shared_ptr<HandlePool> pool_;
   std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> url_;
+  std::string server_;
   bool post_ = false;
   std::string path_ = "/";
   std::string contentType_;
