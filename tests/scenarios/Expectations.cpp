@@ -120,6 +120,9 @@ void compareRequest(const Installation& installation, const RecordedRequest& req
               "POST " + expected["path"].get<std::string>() + " HTTP/1.1");
   }
   EXPECT_EQ(header(request, "Cookie"), expected.value("cookies", ""));
+  if (expected.contains("connection")) {
+    EXPECT_EQ(request.connection, expected["connection"].get<int>());
+  }
   if (!expected.contains("body")) return;
   std::string body;
   for (const std::string& line : linesOf(readBytes(scenarioFile("requests", expected["body"])))) {

@@ -65,8 +65,8 @@ std::string bodyOf(const Json& reply) {
 
 /// A reply is the name of a file, or an object that says more.
 Reply makeReply(const Json& reply) {
-  if (reply.is_string()) return {answer(bodyOf(reply))};
-  std::string headers;
+  std::string headers = "Keep-Alive: timeout=60\r\n";  // saves the wait that shows it
+  if (reply.is_string()) return {answer(bodyOf(reply), "200 OK", headers)};
   for (const auto& [cookie, value] : part(reply, "cookies").items()) {
     headers += "Set-Cookie: " + cookie + "=" + value.get<std::string>() + "; Path=/\r\n";
   }
