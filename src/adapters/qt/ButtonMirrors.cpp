@@ -1,6 +1,5 @@
 #include "adapters/qt/ButtonMirrors.h"
 
-#include <QKeyEvent>
 #include <algorithm>
 #include <utility>
 
@@ -24,12 +23,6 @@ void ButtonMirror::takeInput(Gate gate) {
 void ButtonMirror::show() {
   const QString text = withAccelerator(caption(), accelerator());
   if (widget_.text() != text) widget_.setText(text);
-}
-
-/// A key that is held down must not press the buttons of the questions that its first press has raised.
-bool ButtonMirror::eventFilter(QObject* receiver, QEvent* event) {
-  if (event->type() == QEvent::KeyPress && static_cast<const QKeyEvent&>(*event).isAutoRepeat()) return true;
-  return Mirror::eventFilter(receiver, event);
 }
 
 OptionMirror::OptionMirror(forms::OptionButton& control, QRadioButton& widget)

@@ -15,7 +15,6 @@ class ButtonMirror : public Mirror {
 
  protected:
   void show() override;
-  bool eventFilter(QObject* receiver, QEvent* event) override;
 
  private:
   forms::Button& control_;

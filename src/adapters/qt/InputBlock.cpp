@@ -3,16 +3,19 @@
 #include <QCoreApplication>
 #include <QEvent>
 
+#include "adapters/qt/KeyWatch.h"
+
 namespace kartix::adapters::qt {
 
-InputBlock::InputBlock() { QCoreApplication::instance()->installEventFilter(this); }
+InputBlock::InputBlock(KeyWatch* keys) : keys_(keys) { QCoreApplication::instance()->installEventFilter(this); }
 
-void InputBlock::paintPending() {
-  const InputBlock block;
+void InputBlock::paintPending(KeyWatch* keys) {
+  const InputBlock block(keys);
   QCoreApplication::processEvents();
 }
 
 bool InputBlock::eventFilter(QObject* receiver, QEvent* event) {
+  if (keys_) keys_->note(receiver, *event);
   switch (event->type()) {
     // Releases are let through, so that nothing stays pressed; a busy form ignores what follows from them.
     case QEvent::MouseButtonPress:

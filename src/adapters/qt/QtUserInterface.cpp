@@ -1,9 +1,11 @@
 #include <QApplication>
 #include <QThread>
+#include <memory>
 #include <vector>
 
 #include "adapters/qt/Application.h"
 #include "adapters/qt/InputBlock.h"
+#include "adapters/qt/KeyWatch.h"
 #include "adapters/qt/Qt.h"
 #include "adapters/qt/Showing.h"
 
@@ -19,8 +21,10 @@ class QtUserInterface final : public platform::UserInterface {
 
   ShowResult showModal(forms::Form& form) override {
     if (!application_.ready()) return ShowResult::noDisplay;
+    if (!keys_) keys_ = std::make_unique<qt::KeyWatch>();
+    keys_->begin();
     // Keys typed while the program was at work are not meant for a window that nobody has seen yet.
-    qt::InputBlock::paintPending();
+    qt::InputBlock::paintPending(keys_.get());
     showHourglass();
     qt::Showing showing(form, open_.empty() ? QApplication::activeWindow() : &open_.back()->window());
     if (!showing.window().designed()) return ShowResult::noDisplay;
@@ -31,7 +35,7 @@ class QtUserInterface final : public platform::UserInterface {
   }
 
   void repaint() override {
-    if (!open_.empty()) qt::InputBlock::paintPending();
+    if (!open_.empty()) qt::InputBlock::paintPending(keys_.get());
   }
 
   void setHourglass(bool on) override {
@@ -57,6 +61,7 @@ class QtUserInterface final : public platform::UserInterface {
   }
 
   qt::Application application_{qt::Application::Fallback::none};
+  std::unique_ptr<qt::KeyWatch> keys_;
   std::vector<qt::Showing*> open_;
   bool hourglass_ = false;
   bool hourglassShown_ = false;

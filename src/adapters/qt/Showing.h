@@ -30,6 +30,7 @@ class Showing : public forms::FormView {
   void formHidden() override;
 
  private:
+  void work(const std::function<void()>& handler);
   bool pass(const std::function<void()>& action);
   void startTimerSoon();
   void fireTimer();

@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <algorithm>
+#include <utility>
 
 #include "adapters/qt/Accelerators.h"
 #include "adapters/qt/Designs.h"
@@ -53,6 +54,8 @@ Window::Window(forms::Form& form, QWidget* parent)
   }
   drawDecorations();
   mirrorAll();
+  seen_.setSingleShot(true);
+  connect(&seen_, &QTimer::timeout, this, [this] { ready_ = std::chrono::steady_clock::now(); });
 }
 
 /// Drawings that belong to the design alone and to no control of the form.
@@ -147,8 +150,7 @@ void Window::closeEvent(QCloseEvent* event) {
 
 void Window::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    // A key that is held down must not answer the questions that its first press has raised.
-    if (!event->isAutoRepeat()) pressEnter();
+    pressEnter();
     event->accept();
     return;
   }
@@ -167,8 +169,15 @@ void Window::pressEnter() {
   if (button && button->isVisible()) button->click();
 }
 
+void Window::markWorked() {
+  worked_ = std::chrono::steady_clock::now();
+  if (ready_) ready_ = worked_;
+}
+
 void Window::paintEvent(QPaintEvent* event) {
   QDialog::paintEvent(event);
+  // The clerk sees it once its widgets are painted too.
+  if (!std::exchange(painted_, true)) seen_.start();
   if (onPainted) onPainted();
 }
 

@@ -2,8 +2,11 @@
 
 #include <QDialog>
 #include <QPointer>
+#include <QTimer>
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "adapters/qt/Mirror.h"
@@ -33,6 +36,13 @@ class Window : public QDialog {
   /// Brings the window to the front and gives it the focus.
   void comeForward();
 
+  using Time = std::chrono::steady_clock::time_point;
+  /// The form was at work until now, and the clerk could not know what a key would do.
+  void markWorked();
+  std::optional<Time> workedUntil() const { return worked_; }
+  /// Since when the clerk sees what a key will do: since the window was painted or, later, since the last work.
+  std::optional<Time> readySince() const { return ready_; }
+
   /// Called after each painting.
   std::function<void()> onPainted;
 
@@ -55,6 +65,10 @@ class Window : public QDialog {
   forms::Form& form_;
   Gate gate_;
   bool designed_ = false;
+  bool painted_ = false;
+  QTimer seen_;  ///< for what follows the first painting
+  std::optional<Time> ready_;
+  std::optional<Time> worked_;
   std::vector<std::unique_ptr<Mirror>> mirrors_;
   QPointer<QWidget> lostFocus_;  ///< had the focus when it was disabled
   QStringList captions_;         ///< those that the accelerators were chosen for
