@@ -65,6 +65,9 @@ bool ZEVISPassChange::checkEntries() {
   if (password.find(' ') != std::string::npos) {
     return complain("Das neue Passwort darf keine Leerzeichen enthalten.", Text[1], true);
   }
+  if (!runtime_.konfiguration.keepsZEVISPass(password)) {
+    return complain("Das neue Passwort enthält ein Zeichen, das nicht gespeichert werden kann.", Text[1], true);
+  }
   return true;
 }
 

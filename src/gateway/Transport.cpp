@@ -44,22 +44,24 @@ void addTls(platform::HttpRequest& http, const Konfiguration& settings) {
   }
 }
 
+std::string cut(std::string_view text, std::size_t size) {
+  return text::trim(text::left(text::untilNul(text), size));
+}
+
 /// The session goes with a request only when both of its cookies are known.
 void addCookies(platform::HttpRequest& http, SessionCookies& cookies) {
   http.TESSELHTTPclearCookies();
-  const std::string first = cookies.ReadSessionCookie(1);
-  const std::string second = cookies.ReadSessionCookie(2);
-  if (first.empty() || second.empty()) return;
+  const auto [first, second] = cookies.toSend();
+  if (first.empty()) return;
   http.TESSELHTTPaddCookie(SessionCookies::name(1), first);
   http.TESSELHTTPaddCookie(SessionCookies::name(2), second);
 }
 
 void keepCookies(const platform::HttpRequest& http, SessionCookies& cookies) {
-  for (int number : {1, 2}) {
-    const std::string sent = http.TESSELHTTPgetSetCookie(SessionCookies::name(number));
-    const std::string value = text::trim(text::left(text::untilNul(sent), textSize));
-    if (!value.empty()) cookies.WriteSessionCookie(number, value);
-  }
+  const auto set = [&](int number) {
+    return cut(http.TESSELHTTPgetSetCookie(SessionCookies::name(number)), textSize);
+  };
+  cookies.keep({set(1), set(2)});
 }
 
 /// Step by step, since a message may hold large images: at no time are there more than two texts beside the document.
@@ -73,10 +75,6 @@ bool refuses(std::int32_t status) {
   constexpr std::int32_t firstRefusal = 300;
   constexpr std::int32_t firstServerError = 500;
   return status >= firstRefusal && status < firstServerError;
-}
-
-std::string cut(std::string_view text, std::size_t size) {
-  return text::trim(text::left(text::untilNul(text), size));
 }
 
 }  // namespace

@@ -59,6 +59,19 @@ adapters::CurlOptions impatient() {
   return options;
 }
 
+/// The ini file holds settings, and the cookies of the session at the gateway.
+void checkIniFile(const std::string& file, Findings& findings) {
+  if (file.empty()) return;
+  if (access(file.c_str(), R_OK) != 0) {
+    findings.push_back(note("settings", "the ini file cannot be read: " + file, "make it, or mend InfoDatei"));
+  } else if (!adapters::canBeReplaced(file)) {
+    findings.push_back(fault(
+        "settings",
+        "the ini file cannot be written: " + file + "; every start needs a new login, and a changed password is lost",
+        "let this user write to its directory"));
+  }
+}
+
 /// A connection to the host database, ended on every way out.
 class Connection {
  public:
@@ -143,10 +156,11 @@ Findings Installation::checkSettings() {
   if ((std::filesystem::status(registryFile_, error).permissions() & others) != perms::none) {
     findings.push_back(note(area, file + " holds passwords and is open to others", "chmod 600 " + file));
   }
-  if (!settings.InfoDatei.empty() && access(settings.InfoDatei.c_str(), R_OK) != 0) {
-    findings.push_back(
-        note(area, "the ini file cannot be read: " + settings.InfoDatei, "make it, or mend InfoDatei"));
+  if (!adapters::canBeReplaced(registryFile_)) {
+    findings.push_back(note(area, file + " cannot be written: a changed gateway password is lost",
+                            "let this user write to its directory"));
   }
+  checkIniFile(settings.InfoDatei, findings);
   const std::string account = settings.SektionKennung;
   const std::array<std::pair<std::string, const std::string*>, 9> needed = {
       {{"FS.DBName", &settings.DBName},

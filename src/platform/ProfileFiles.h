@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,9 @@ class ProfileFiles {
   /// ends) stays as it is. False when nothing was written; the file then still holds its former content.
   virtual bool WritePrivateProfileString(std::string_view section, std::string_view key, std::string_view value,
                                          std::string_view file) = 0;
+
+  /// What reading gives after `value` was written, however long it is; nothing when it cannot be written.
+  virtual std::optional<std::string> asReadBack(std::string_view value) = 0;
 };
 
 }  // namespace kartix::platform

@@ -4,6 +4,7 @@
 
 #include "common/CodePage.h"
 #include "common/Numbers.h"
+#include "common/Scrambling.h"
 #include "common/Text.h"
 #include "platform/ProfileFiles.h"
 #include "platform/Registry.h"
@@ -163,15 +164,27 @@ void Konfiguration::readRegister() {
   CookieSlot = static_cast<std::int16_t>(sum % 5);
 }
 
+bool Konfiguration::iniKeeps(std::string_view value) const {
+  const auto read = files_.asReadBack(value);
+  // As `GetIni` takes it.
+  return read && text::trim(text::untilNul(text::left(*read, longestSetting - 1))) == value;
+}
+
 bool Konfiguration::writeIni(std::string_view Schluessel, std::string_view value) {
   return files_.WritePrivateProfileString(SektionKennung, Schluessel, value, InfoDatei);
 }
 
+bool Konfiguration::keepsZEVISPass(std::string_view newPass) const {
+  const std::string scrambled = CryptLong(newPass);
+  return iniKeeps(scrambled) && text::trim(DecryptLong(scrambled)) == newPass;
+}
+
 void Konfiguration::SaveZEVISPass(std::string_view newPass) {
   const std::string scrambled = global_.CryptLong(newPass);
-  const bool stored = ZEVISPassFromIni
-                          ? writeIni("ZEVISPass", scrambled)
-                          : RegWriteString(std::string(productKey) + SektionKennung, "ZEVISPass", scrambled);
+  const bool stored =
+      keepsZEVISPass(newPass) &&
+      (ZEVISPassFromIni ? writeIni("ZEVISPass", scrambled)
+                        : RegWriteString(std::string(productKey) + SektionKennung, "ZEVISPass", scrambled));
   // The clerk is not told, but whoever looks for the reason of the next refused login finds it.
   if (!stored) trace_.TraceLine("Neues ZEVIS-Passwort konnte nicht gespeichert werden", trace_level::calls);
 }

@@ -47,10 +47,18 @@ class Konfiguration {
   /// True when the value was written.
   bool RegWriteString(std::string_view key, std::string_view name, std::string_view value);
 
+  /// True when a value of the ini file comes back just as it is written.
+  bool iniKeeps(std::string_view value) const;
+
   /// Writes a value of the ini file `InfoDatei`, section `SektionKennung`. True when it was written.
   bool writeIni(std::string_view Schluessel, std::string_view value);
 
-  /// Stores a new gateway password, scrambled, where the old one came from. A write that fails is traced only.
+  /// True when a new gateway password comes back just as it is stored. The ini file's rules hold wherever the
+  /// password is kept: settings move from one place to the other.
+  bool keepsZEVISPass(std::string_view newPass) const;
+
+  /// Stores a new gateway password, scrambled, where the old one came from; one that would not come back as it is
+  /// leaves the old one there. A failure is traced only.
   void SaveZEVISPass(std::string_view newPass);
 
   /// Works out the image path (without extension) of a person and sets `ImageDir`; False when the installation names

@@ -153,6 +153,9 @@ TEST_F(Command, DoctorSaysWhatToMend) {
                 .status,
             0);
   write("empty.db", "");
+  write("own.ini", "");
+  fs::create_directory(dir / ".own.ini.new");  // in the way of every write
+  kartix("settings set InfoDatei " + (dir / "own.ini").string());
   for (const char* setting :
        {"FS.DBName empty.db", "GATEWAY 1", "GATEWAYCert a.crt", "GATEWAYPkey b.key", "GATEWAYCertPass geheim",
         "ZEVISServer 127.0.0.1", "ZEVISPort 1", "KODSImageDir gone"}) {
@@ -163,8 +166,8 @@ TEST_F(Command, DoctorSaysWhatToMend) {
   EXPECT_EQ(doctor.err, "");
   for (const char* expected :
        {"FAULT  settings: ZKR.KENZA is not set\n         -> kartix settings set ZKR.KENZA\n",
-        "FAULT  database: has no table personalien: empty.db\n", "note   certificate: expires on ",
-        "FAULT  certificate: and key do not belong together\n",
+        "FAULT  settings: the ini file cannot be written: ", "FAULT  database: has no table personalien: empty.db\n",
+        "note   certificate: expires on ", "FAULT  certificate: and key do not belong together\n",
         "FAULT  gateway: 127.0.0.1:1: ", "FAULT  images: there is no directory gone\n"}) {
     EXPECT_THAT(doctor.out, HasSubstr(expected));
   }

@@ -127,8 +127,17 @@ FileUpdate::FileUpdate(std::filesystem::path path)
   if (held_) ::unlink(fresh_.c_str());
 }
 
+int FileUpdate::createFresh() const {
+  return ::open(fresh_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+}
+
+bool FileUpdate::possible() const {
+  const Descriptor file(createFresh());
+  return file.valid() && ::unlink(fresh_.c_str()) == 0;
+}
+
 bool FileUpdate::replace(std::string_view bytes) const {
-  Descriptor file(::open(fresh_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  Descriptor file(createFresh());
   if (!file.valid()) return false;
   const bool written = writeAll(file.number(), bytes) && keepAccess(file.number(), path_) &&
                        ::fsync(file.number()) == 0 && file.close();
@@ -138,6 +147,11 @@ bool FileUpdate::replace(std::string_view bytes) const {
   }
   if (directory_.valid()) ::fsync(directory_.number());
   return true;
+}
+
+bool canBeReplaced(const std::filesystem::path& path) {
+  const FileUpdate update(path);
+  return update.held() && update.possible();
 }
 
 bool replaceFile(const std::filesystem::path& path, std::string_view bytes) {

@@ -62,7 +62,12 @@ class FileUpdate {
   /// content, also after a crash. Access rights are kept, a new file gets mode 0600. False when nothing was replaced.
   bool replace(std::string_view bytes) const;
 
+  /// True when a new content could be written beside the file, as `replace` does; nothing of that stays.
+  bool possible() const;
+
  private:
+  int createFresh() const;
+
   std::filesystem::path path_;
   std::filesystem::path fresh_;  ///< where the new content is written before it takes its place
   Descriptor directory_;

@@ -53,6 +53,17 @@ std::string written(const std::string& value) {
   return bare ? value : "\"" + value + "\"";
 }
 
+/// What a line gives that has `written` behind its "=".
+std::string_view read(std::string_view written) {
+  const std::string_view value = withoutBlanks(written);
+  return isQuoted(value) ? value.substr(1, value.size() - 2) : value;
+}
+
+bool fitsValue(std::string_view value) {
+  using namespace std::string_view_literals;
+  return value.find_first_of("\r\n\0"sv) == std::string_view::npos;
+}
+
 bool fitsName(std::string_view name, std::string_view forbidden) {
   return !withoutBlanks(name).empty() && name.find_first_of(forbidden) == std::string_view::npos;
 }
@@ -61,16 +72,15 @@ class IniFiles : public platform::ProfileFiles {
  public:
   std::string GetPrivateProfileString(std::string_view section, std::string_view key, std::string_view fallback,
                                       std::size_t size, std::string_view file) override {
-    const std::string found = read(section, key, file).value_or(std::string(fallback));
+    const std::string found = find(section, key, file).value_or(std::string(fallback));
     return text::left(found, size == 0 ? 0 : size - 1);
   }
 
   bool WritePrivateProfileString(std::string_view section, std::string_view key, std::string_view value,
                                  std::string_view file) override {
     using namespace std::string_view_literals;
-    constexpr std::string_view breaks = "\r\n\0"sv;
     if (file.empty() || !fitsName(section, "]\r\n\0"sv) || !fitsName(key, "=\r\n\0"sv) ||
-        withoutBlanks(key).find_first_of(";[") == 0 || value.find_first_of(breaks) != std::string_view::npos) {
+        withoutBlanks(key).find_first_of(";[") == 0 || !fitsValue(value)) {
       return false;
     }
     const FileUpdate update{std::filesystem::path(file)};
@@ -82,10 +92,15 @@ class IniFiles : public platform::ProfileFiles {
     return bytes.size() <= settingsLimit && update.replace(bytes);
   }
 
+  std::optional<std::string> asReadBack(std::string_view value) override {
+    if (!fitsValue(value)) return std::nullopt;
+    return codepage::fromAnsi(read(written(codepage::toAnsi(value))));
+  }
+
  private:
   static bool isText(std::string_view bytes) { return bytes.find('\0') == std::string_view::npos; }
 
-  std::optional<std::string> read(std::string_view section, std::string_view key, std::string_view file) {
+  std::optional<std::string> find(std::string_view section, std::string_view key, std::string_view file) {
     if (file.empty() || section.empty() || key.empty()) return std::nullopt;
     // A component uses one ini file; the one used last is kept.
     if (!file_ || file_->path() != std::filesystem::path(file)) file_.emplace(std::filesystem::path(file));
@@ -99,9 +114,7 @@ class IniFiles : public platform::ProfileFiles {
     const Place place(*lines_, codepage::toAnsi(section), codepage::toAnsi(key));
     if (!place.keyLine) return std::nullopt;
     const std::string_view line = (*lines_)[*place.keyLine];
-    std::string_view value = withoutBlanks(line.substr(line.find('=') + 1));
-    if (isQuoted(value)) value = value.substr(1, value.size() - 2);
-    return codepage::fromAnsi(value);
+    return codepage::fromAnsi(read(line.substr(line.find('=') + 1)));
   }
 
   static std::string changed(std::string_view bytes, const std::string& section, const std::string& key,

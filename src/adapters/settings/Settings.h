@@ -21,4 +21,7 @@ std::unique_ptr<platform::Registry> makeRegFile(std::filesystem::path file);
 /// ini file: it gives nothing and is never written to.
 std::unique_ptr<platform::ProfileFiles> makeIniFiles();
 
+/// True when a settings file at `path`, there or not, could be written to now. Changes nothing.
+bool canBeReplaced(const std::filesystem::path& path);
+
 }  // namespace kartix::adapters
