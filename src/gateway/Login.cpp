@@ -4,6 +4,7 @@
 
 #include "common/Numbers.h"
 #include "gateway/KBAInterface.h"
+#include "gateway/UnclearEnd.h"
 #include "runtime/Runtime.h"
 
 namespace kartix {
@@ -18,72 +19,147 @@ constexpr std::int32_t firstRefusal = 1000;
 constexpr std::int32_t passwordExpired = 3005;
 constexpr std::int32_t passwordMustChange = 3006;
 
-bool changeDemanded(std::int32_t code) { return code == passwordExpired || code == passwordMustChange; }
-
 }  // namespace
 
-LoginAnswer attemptLogin(Runtime& runtime, KBAInterface& kba, const std::string& password,
-                         const std::string& newPassword) {
-  const auto request = kba.createDocument();
-  const auto response = kba.createDocument();
+bool login_result::changeDemanded(std::int32_t code) { return code == passwordExpired || code == passwordMustChange; }
+
+/// One attempt, as it was answered.
+struct Login::Answer {
+  std::int32_t status = 0;  ///< as `KBAInterface::PostXml` returns it
+  std::string errorText;
+  std::string kind;       ///< name of the answer's document element
+  std::int32_t RETC = 0;  ///< return code
+  std::string RETT;       ///< return text
+};
+
+Login::Answer Login::attempt(const std::string& password, const std::string& newPassword) {
+  const auto request = kba_.createDocument();
+  const auto response = kba_.createDocument();
   KBAInterface::NewXmlDocument(*request, "ZEVIS-LOGIN", "");
   platform::XmlNode root = request->documentElement();
-  request->appendElement(root, "KENN", runtime.konfiguration.ZEVISUserName);
+  request->appendElement(root, "KENN", runtime_.konfiguration.ZEVISUserName);
   request->appendElement(root, "PASS", password);
   if (!newPassword.empty()) request->appendElement(root, "PASSN", newPassword);
 
-  LoginAnswer answer;
+  Answer answer;
   const Effect effect = newPassword.empty() ? Effect::reads : Effect::changes;
-  answer.status = kba.PostXml(runtime.konfiguration.ZEVISAuthURI, *request, *response, answer.errorText, effect);
+  answer.status = kba_.PostXml(runtime_.konfiguration.ZEVISAuthURI, *request, *response, answer.errorText, effect);
   answer.kind = rootName(*response);
   answer.RETC = leadingInt32(firstText(*response, "//RETC"));
   answer.RETT = firstText(*response, "//RETT");
   return answer;
 }
 
-std::int32_t Login::ZEVISLogin(std::string password, std::string& returnText, std::string& newPassword) {
+/// Nothing when the gateway gave no answer of a login, which the clerk has been told.
+std::optional<Login::Answer> Login::ask(const std::string& password, const std::string& newPassword) {
   constexpr std::int32_t firstStatus = 100;
   constexpr std::int32_t lastStatus = 999;
-  Reporting& reporting = runtime_.reporting;
+  if (!newPassword.empty()) kba_.forgetChange();
+  Answer answer;
+  try {
+    answer = attempt(password, newPassword);
+  } catch (...) {
+    doubt(password, newPassword, "Abbruch");
+    throw;
+  }
+  const bool reportable = answer.status < 0 || (answer.status >= firstStatus && answer.status <= lastStatus);
+  if (answer.status != httpOk && reportable) {
+    doubt(password, newPassword, (answer.status < 0 ? "COM/" : "HTTP/") + std::to_string(answer.status));
+    kba_.CheckHttpStatus(answer.status, answer.errorText);
+    return std::nullopt;
+  }
+  if (answer.kind != "ZEVIS-HINWEIS") {
+    doubt(password, newPassword, "Antwort nicht verstanden");
+    runtime_.reporting.ReportError(201, answer.kind);
+    return std::nullopt;
+  }
+  if (!newPassword.empty()) kba_.answerUnderstood();
+  return answer;
+}
+
+/// Remembers a change that went out when no answer tells of it.
+void Login::doubt(const std::string& password, const std::string& newPassword, std::string_view reason) {
+  if (newPassword.empty()) return;
+  const bool sent = kba_.lastChange() == KBAInterface::Change::unanswered;
+  // The message that this login is for has been answered: with the wish for a login.
+  kba_.answerUnderstood();
+  if (!sent) return;
+  const std::string& user = runtime_.konfiguration.ZEVISUserName;
+  traceUnclearEnd(runtime_.trace, "Passwortänderung", user, reason);
+  runtime_.trace.TraceLine("Das alte ZEVIS-Passwort bleibt gespeichert", trace_level::calls);
+  unclear_ = {user, password, newPassword};
+}
+
+/// The new password of a change in doubt when `password` is the old one; given once.
+std::optional<std::string> Login::takeAlternativeTo(const std::string& password) {
+  const bool fits =
+      unclear_ && unclear_->user == runtime_.konfiguration.ZEVISUserName && unclear_->oldPassword == password;
+  if (!fits) return std::nullopt;
+  std::string alternative = std::move(unclear_->newPassword);
+  unclear_.reset();
+  return alternative;
+}
+
+/// The gateway knows this password from now on.
+void Login::adopt(const std::string& password) {
+  unclear_.reset();
+  runtime_.konfiguration.SaveZEVISPass(password);
+  runtime_.konfiguration.ZEVISPass = password;
+  runtime_.reporting.InfoMsg("Das ZEVIS-Passwort wurde geändert.", hintCaption);
+}
+
+/// True when the clerk has entered a new password; else `result` is what the login comes to.
+bool Login::askForChange(std::string& newPassword, std::int32_t& result) {
+  if (!runtime_.konfiguration.AllowPassChange) {
+    runtime_.reporting.InfoMsg(
+        "Das ZEVIS-Passwort muß geändert werden, aber Sie haben keine Berechtigung dazu. Bitte wenden Sie sich an "
+        "einen Systembetreuer.",
+        "Abfrage fehlgeschlagen.");
+    result = login_result::refused;
+    return false;
+  }
+  const PasswordChange change = prompt_.askNewPassword();
+  newPassword = change.newPassword;
+  return change.result == 1;
+}
+
+std::int32_t Login::ZEVISLogin(std::string password, std::string& returnText, std::string& newPassword) {
+  bool offered = false;  // `password` comes from a change in doubt
   for (;;) {
-    const LoginAnswer answer = attemptLogin(runtime_, kba_, password, newPassword);
-    const bool reportable = answer.status < 0 || (answer.status >= firstStatus && answer.status <= lastStatus);
-    if (answer.status != httpOk && reportable) {
-      kba_.CheckHttpStatus(answer.status, answer.errorText);
-      return login_result::failed;
-    }
-    if (!answer.isLogin()) {
-      reporting.ReportError(201, answer.kind);
-      return login_result::failed;
-    }
-    returnText = answer.RETT;
+    const auto answer = ask(password, newPassword);
+    if (!answer) return login_result::failed;
+    returnText = answer->RETT;
+    std::int32_t result = answer->RETC;
     // A confirmation that nobody asked for must not replace the stored password by an empty one.
-    if (answer.RETC == passwordChanged && !newPassword.empty()) {
-      runtime_.konfiguration.SaveZEVISPass(newPassword);
-      runtime_.konfiguration.ZEVISPass = newPassword;
+    if (result == passwordChanged && !newPassword.empty()) {
+      adopt(newPassword);
       password = std::exchange(newPassword, {});
-      reporting.InfoMsg("Das ZEVIS-Passwort wurde geändert.", hintCaption);
-    } else if (changeDemanded(answer.RETC)) {
-      if (!runtime_.konfiguration.AllowPassChange) {
-        reporting.InfoMsg(
-            "Das ZEVIS-Passwort muß geändert werden, aber Sie haben keine Berechtigung dazu. Bitte wenden Sie sich "
-            "an "
-            "einen Systembetreuer.",
-            "Abfrage fehlgeschlagen.");
+      offered = false;
+      continue;
+    }
+    const bool demanded = login_result::changeDemanded(result);
+    if (result >= firstRefusal && !demanded) {
+      const auto alternative = takeAlternativeTo(password);
+      if (!alternative) {
+        runtime_.reporting.ReportError(202, std::to_string(result), returnText);
         return login_result::refused;
       }
-      const PasswordChange change = prompt_.askNewPassword();
-      newPassword = change.newPassword;
-      if (change.result != 1) return answer.RETC;
-    } else if (answer.RETC == passwordExpiresSoon) {
-      reporting.InfoMsg(std::to_string(answer.RETC) + ": " + answer.RETT, "ZEVIS-Passwort läuft bald ab");
-      return answer.RETC;
-    } else if (answer.RETC < firstRefusal) {
-      return answer.RETC;
-    } else {
-      reporting.ReportError(202, std::to_string(answer.RETC), answer.RETT);
-      return login_result::refused;
+      password = *alternative;
+      if (newPassword == password) newPassword.clear();
+      offered = true;
+      continue;
     }
+    if (offered) adopt(password);
+    offered = false;
+    unclear_.reset();
+    if (demanded) {
+      if (!askForChange(newPassword, result)) return result;
+      continue;
+    }
+    if (result == passwordExpiresSoon) {
+      runtime_.reporting.InfoMsg(std::to_string(result) + ": " + returnText, "ZEVIS-Passwort läuft bald ab");
+    }
+    return result;
   }
 }
 

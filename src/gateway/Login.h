@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace kartix {
 
@@ -29,22 +31,10 @@ inline constexpr std::int32_t lastSuccess = 999;     ///< 0 to 999 are logged in
 inline constexpr std::int32_t notLoggedIn = 3020;    ///< an exchange was answered so: the session needs a login
 inline constexpr std::int32_t noSuchSession = 3000;  ///< likewise, at the personaliser
 inline constexpr std::int32_t refused = 99999;
+
+/// True for the codes of a password that has to be changed; as a result, the clerk cancelled that.
+bool changeDemanded(std::int32_t code);
 }  // namespace login_result
-
-/// One attempt at the gateway's login, as it was answered.
-struct LoginAnswer {
-  std::int32_t status = 0;  ///< as `KBAInterface::PostXml` returns it
-  std::string errorText;
-  std::string kind;       ///< name of the answer's document element
-  std::int32_t RETC = 0;  ///< return code
-  std::string RETT;       ///< return text
-
-  bool isLogin() const { return kind == "ZEVIS-HINWEIS"; }
-};
-
-/// Logs in once with the configured user, without a word to the clerk. An empty `newPassword` asks for no change.
-LoginAnswer attemptLogin(Runtime& runtime, KBAInterface& kba, const std::string& password,
-                         const std::string& newPassword);
 
 /// The clerk's login at the gateway.
 class Login {
@@ -56,12 +46,31 @@ class Login {
   /// logged in, 3005 or 3006 when the clerk cancelled the change, else one of `login_result`; every failure has been
   /// reported. `returnText` gets the gateway's text. `newPassword` asks for a change; it is emptied when the gateway
   /// has confirmed it.
+  ///
+  /// A change that nobody has confirmed or refused leaves the old password where it is. When the old one is refused
+  /// afterwards, the new one is tried, once.
   std::int32_t ZEVISLogin(std::string password, std::string& returnText, std::string& newPassword);
 
  private:
+  struct Answer;
+  /// A change of which nobody knows whether the gateway has made it.
+  struct UnclearChange {
+    std::string user;
+    std::string oldPassword;
+    std::string newPassword;
+  };
+
+  Answer attempt(const std::string& password, const std::string& newPassword);
+  std::optional<Answer> ask(const std::string& password, const std::string& newPassword);
+  void doubt(const std::string& password, const std::string& newPassword, std::string_view reason);
+  std::optional<std::string> takeAlternativeTo(const std::string& password);
+  void adopt(const std::string& password);
+  bool askForChange(std::string& newPassword, std::int32_t& result);
+
   Runtime& runtime_;
   KBAInterface& kba_;
   PasswordPrompt& prompt_;
+  std::optional<UnclearChange> unclear_;
 };
 
 }  // namespace kartix

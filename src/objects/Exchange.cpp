@@ -15,13 +15,16 @@ std::string transportFailure(std::int32_t status, const std::string& text) {
   return std::string(status < 0 ? "COM" : "HTTP") + "/" + std::to_string(status) + ": " + text;
 }
 
-/// Why the login failed; empty when it did not.
+/// Why there is no login; empty when there is one. The login has told the clerk the reason by itself: here it is only
+/// said what came of it.
 std::string logIn(const ObjectContext& context) {
-  const LoginAnswer answer = attemptLogin(context.runtime, context.kba, context.runtime.konfiguration.ZEVISPass, "");
-  if (answer.status != httpOk) return transportFailure(answer.status, answer.errorText);
-  if (!answer.isLogin()) return unknownAnswer(answer.kind);
-  if (answer.RETC >= 0 && answer.RETC <= login_result::lastSuccess) return {};
-  return "ZEVIS-Login fehlgeschlagen: " + std::to_string(answer.RETC) + ": " + answer.RETT;
+  std::string returnText;
+  std::string newPassword;
+  const std::int32_t code =
+      context.login.ZEVISLogin(context.runtime.konfiguration.ZEVISPass, returnText, newPassword);
+  if (code >= 0 && code <= login_result::lastSuccess) return {};
+  if (login_result::changeDemanded(code)) return "Ohne ein neues ZEVIS-Passwort ist keine Anmeldung möglich.";
+  return "Keine Anmeldung am ZEVIS-Gateway.";
 }
 
 Exchanged send(const ObjectContext& context, const Request& request) {

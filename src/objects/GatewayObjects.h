@@ -23,8 +23,8 @@ struct ObjectContext {
 };
 
 /// The component's own automation objects, for a host application that brings none: they perform the exchanges over
-/// the component's transport with the gateway that its settings name, and log in when the gateway asks for it. They
-/// know no window: what they answer is shown by whoever calls them.
+/// the component's transport with the gateway that its settings name. What they answer is shown by whoever calls
+/// them; only the login, when the gateway asks for one, speaks to the clerk as it does on the component's own road.
 class GatewayObjects : public platform::ObjectClasses {
  public:
   explicit GatewayObjects(const ObjectContext& context) : context_(context) {}
