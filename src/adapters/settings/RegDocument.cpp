@@ -30,7 +30,10 @@ bool hasControl(std::string_view text) {
   return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < ' '; });
 }
 
-bool isName(std::string_view text) { return !hasControl(text) && text::isValidUtf8(text); }
+/// A name that begins like a remark would do the same as a text that does, see `valueLine`.
+bool isName(std::string_view text) {
+  return !hasControl(text) && text::isValidUtf8(text) && !withoutBlanks(text).starts_with(';');
+}
 
 std::string quoted(std::string_view text) {
   std::string result = "\"";
@@ -196,8 +199,11 @@ std::optional<RegistryValue> RegDocument::readHex(std::string_view data, Value& 
   }
   std::string list(withoutBlanks(data.substr(colon + 1)));
   while (list.ends_with('\\') && where.line + where.count < lines_.size()) {
+    // What was broken off before its next line must not end with whatever is written there later.
+    const std::string_view next = withoutBlanks(lines_[where.line + where.count]);
+    if (next.empty()) return std::nullopt;
     list.pop_back();
-    list += withoutBlanks(lines_[where.line + where.count]);
+    list += next;
     ++where.count;
   }
   const auto bytes = readBytes(list);
@@ -238,8 +244,10 @@ bool RegDocument::createKey(std::string_view key) {
 
 std::string RegDocument::valueLine(std::string_view name, std::string_view text) const {
   const std::string start = (name.empty() ? "@" : quoted(name)) + "=";
-  if (!hasControl(text)) return start + quoted(text);
-  // Control characters would break the line: such a text is written as its bytes, terminator included.
+  const bool likeRemark = name.empty() && withoutBlanks(text).starts_with(';');
+  if (!hasControl(text) && !likeRemark) return start + quoted(text);
+  // Control characters would break the line: such a text is written as its bytes, terminator included. So is one that
+  // would stand like a remark behind the quote that ends a text broken off above.
   const std::string terminated = std::string(text) + '\0';
   return start +
          "hex(1):" + writeBytes(encoding_ == RegEncoding::ansi ? codepage::toAnsi(terminated) : toUtf16(terminated));
