@@ -11,6 +11,9 @@ class Runtime;
 
 /// One driver card record: the host's data of a card and what the register says of it. All fields are UTF-8 text;
 /// dates are in database form "yyyymmdd".
+///
+/// Needs no `Kartix`: without one, the first write reads the settings, silently, and the rows name no clerk. Writing
+/// belongs to the component's thread, as the calls of `Kartix` do; on another one it gives False.
 class KARTIX_EXPORT CFahrerkarte {
  public:
   /// A record of the component that this process shares.

@@ -12,6 +12,9 @@ class Runtime;
 /// Personal data of one person of the host database. All fields are UTF-8 text; dates are in database form
 /// "yyyymmdd".
 ///
+/// Needs no `Kartix`: without one, the first write reads the settings, silently, and the log rows name no clerk.
+/// Writing belongs to the component's thread, as the calls of `Kartix` do; on another one it gives False.
+///
 /// ```cpp
 /// kartix::CPersonalien person;
 /// person.familienname = "Meier";

@@ -17,6 +17,10 @@ class Runtime;
 /// disconnects; what was not committed is rolled back. Until `init` has succeeded every other operation does
 /// nothing and returns -1 or an empty text.
 ///
+/// Calls belong to the component's thread, as those of `Kartix` do; on another one each is refused in the same way. A
+/// connection whose object is destroyed there is closed in the next call on the right thread, one that is still open
+/// after `main` by the system.
+///
 /// Texts are UTF-8. Results are 16-bit or 32-bit numbers of the database client library: 0 or more on success,
 /// negative on error.
 class KARTIX_EXPORT DBETXTDatabase {

@@ -17,16 +17,29 @@ class Component;
 /// ```
 ///
 /// Each operation opens a modal window on the calling thread, which is the host's user-interface thread, and returns
-/// when the clerk is done. Its outcome stays readable through the result properties until the next operation. All
-/// objects of a process share one session; one operation runs at a time. Nothing is thrown; failures have been shown
-/// to the clerk when a call returns. Texts are UTF-8.
+/// when the clerk is done. Its outcome stays readable through the result properties until the next operation. Nothing
+/// is thrown; failures have been shown to the clerk when a call returns. Texts are UTF-8.
+///
+/// All objects of a process share one session. While a call runs that shows windows (creation, `init`, an operation,
+/// destruction), the host's own timers and events go on. The result properties may be read then; they show what has
+/// come in so far. Every other `init` and operation, of whatever object, is refused with False or -1, and an object
+/// whose `init` is refused can do nothing until its next. An object created then leaves the trace as it is. Another
+/// object that is destroyed then leaves session and trace to the running call, for good; the object of the running
+/// call may be destroyed too, and is then released when the call returns.
+///
+/// All calls belong to the thread that makes the first one. On another thread each is refused with its failure value;
+/// a destruction there leaves the session as it is. Refusals are traced; one for the thread is told on standard error
+/// too, the first time.
+///
+/// The host's application object, if it has one, is a QApplication of that thread. Objects may live in static
+/// storage: what is destroyed after `main` shows no windows.
 class KARTIX_EXPORT Kartix {
  public:
   /// An object of the component that this process shares. Opens the trace file when the settings ask for one.
   Kartix();
   /// An object of a component of its own, which outlives it.
   explicit Kartix(Component& component);
-  /// Releases the records and closes the trace file.
+  /// Releases the records and closes the trace file, unless a call is running.
   ~Kartix();
   Kartix(const Kartix&) = delete;
   Kartix& operator=(const Kartix&) = delete;
@@ -76,9 +89,6 @@ class KARTIX_EXPORT Kartix {
   std::string abgabestatus() const;
 
  private:
-  bool start(const std::string& changeuser, const std::string& personennummer);
-  bool CheckHttpLibrary();
-
   Component& component_;
   bool Initialised_ = false;
 };

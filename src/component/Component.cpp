@@ -113,8 +113,9 @@ Component::Component(const Setup& setup) : parts_(std::make_unique<Parts>(setup)
 Component::~Component() = default;
 
 Component& Component::shared() {
-  static Component component{Setup{}};
-  return component;
+  // Never destroyed: at the end of the process the libraries underneath may go before the last object of the host.
+  static Component* const component = std::make_unique<Component>(Setup{}).release();
+  return *component;
 }
 
 Runtime& Component::runtime() { return parts_->runtime; }

@@ -47,7 +47,8 @@ class Component {
   Component(const Component&) = delete;
   Component& operator=(const Component&) = delete;
 
-  /// The component that all objects of this process share unless they are given one. Made at the first call.
+  /// The component that all objects of this process share unless they are given one. Made at the first call and
+  /// never destroyed, so that a host may keep its objects in static storage.
   static Component& shared();
 
   Runtime& runtime();

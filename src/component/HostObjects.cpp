@@ -35,6 +35,7 @@ class HostObject final : public platform::AutomationObject {
 AutomationObject::~AutomationObject() = default;
 
 void HostObjects::set(const std::string& progId, Factory create) {
+  const std::lock_guard lock(guard_);
   if (create) {
     classes_.insert_or_assign(progId, std::move(create));
   } else {
@@ -42,10 +43,17 @@ void HostObjects::set(const std::string& progId, Factory create) {
   }
 }
 
-std::unique_ptr<platform::AutomationObject> HostObjects::createObject(std::string_view progId) {
+HostObjects::Factory HostObjects::find(std::string_view progId) {
+  const std::lock_guard lock(guard_);
   const auto found = classes_.find(progId);
-  if (found == classes_.end() && substitutes_) return substitutes_->createObject(progId);
-  auto object = found == classes_.end() ? nullptr : guarded([&] { return found->second(); });
+  return found == classes_.end() ? nullptr : found->second;
+}
+
+std::unique_ptr<platform::AutomationObject> HostObjects::createObject(std::string_view progId) {
+  const Factory create = find(progId);
+  platform::ObjectClasses* const substitutes = substitutes_;
+  if (!create && substitutes) return substitutes->createObject(progId);
+  auto object = create ? guarded([&] { return create(); }) : nullptr;
   if (!object) {
     throw platform::AutomationError("Objekterstellung durch ActiveX-Komponente nicht möglich: " +
                                     std::string(progId));

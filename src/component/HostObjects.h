@@ -1,8 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "kartix/Automation.h"
@@ -10,8 +12,8 @@
 
 namespace kartix {
 
-/// The classes that the host has registered, and behind them those that step in for a class it has not. A failure of
-/// one of its objects is passed on as `AutomationError`.
+/// The classes that the host has registered, and behind them those that step in for a class it has not. Both may be
+/// set on any thread. A failure of one of its objects is passed on as `AutomationError`.
 class HostObjects : public platform::ObjectClasses {
  public:
   using Factory = std::function<std::unique_ptr<AutomationObject>()>;
@@ -25,8 +27,11 @@ class HostObjects : public platform::ObjectClasses {
   std::unique_ptr<platform::AutomationObject> createObject(std::string_view progId) override;
 
  private:
+  Factory find(std::string_view progId);
+
+  std::mutex guard_;  ///< of `classes_`
   std::map<std::string, Factory, std::less<>> classes_;
-  platform::ObjectClasses* substitutes_ = nullptr;
+  std::atomic<platform::ObjectClasses*> substitutes_ = nullptr;
 };
 
 }  // namespace kartix

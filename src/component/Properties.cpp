@@ -65,7 +65,7 @@ class Reading {
  private:
   template <class Read>
   std::string traced(Read read) const {
-    return guarded(runtime_.trace, name_, std::string(), [&] {
+    return guarded(runtime_, name_, std::string(), [&] {
       runtime_.trace.TraceCall(name_);
       std::string value = read();
       runtime_.trace.TraceParam(name_, value, trace_level::calls);

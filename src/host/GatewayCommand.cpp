@@ -90,6 +90,7 @@ int serve(const Options& options) {
   try {
     const simulator::Simulator gateway(std::move(wishes));
     std::cout << "Gateway simulator listening on " << scheme << host << ':' << gateway.port() << std::endl;
+    if (!std::cout) throw CommandFailure("standard output cannot be written");
     int received = 0;
     sigwait(&signals, &received);
   } catch (const simulator::BadFile& failure) {

@@ -13,6 +13,7 @@
 #include "adapters/postgres/Postgres.h"
 #include "adapters/settings/Settings.h"
 #include "adapters/sqlite/Sqlite.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 #include "host/Certificates.h"
 #include "host/Settings.h"
@@ -139,6 +140,36 @@ bool Installation::storeHoldsSettings() {
                      [&](const Setting& setting) { return storedValue(*parts_->registry, setting).has_value(); });
 }
 
+/// Paths that lead nowhere here, or elsewhere with another working directory.
+Findings Installation::checkPaths() {
+  Konfiguration& settings = parts_->settings;
+  const std::string traceFile = settings.GetIni({}, std::string(productKey) + "ZFER\\", "DebugFile");
+  const std::string images = settings.GetIni({}, imageRootKey, "KODSImageDir");
+  constexpr std::string_view imageRoot = "KODSImageDir";
+  const std::array<std::pair<std::string_view, std::string>, 6> paths = {
+      {{"InfoDatei", settings.InfoDatei},
+       {"FS.DBName", settings.ServerIP.empty() ? settings.DBName : std::string()},
+       {"ZEVIS.GATEWAYCert", settings.GATEWAYCert},
+       {"ZEVIS.GATEWAYPkey", settings.GATEWAYPkey},
+       {"ZFER.DebugFile", text::trim(traceFile)},
+       {imageRoot, text::trim(images)}}};
+  const auto files = adapters::makeFiles();
+  Findings findings;
+  for (const auto& [name, path] : paths) {
+    // In the image directory alone either slash will do.
+    const std::string native = name == imageRoot ? files->nativePath(path) : path;
+    if (isForeignPath(native)) {
+      findings.push_back(fault("settings", std::string(name).append(" is no path of this machine: ").append(path),
+                               std::string("kartix settings set ").append(name).append(" PATH")));
+    } else if (!native.empty() && std::filesystem::path(native).is_relative()) {
+      findings.push_back(note("settings",
+                              std::string(name).append(" depends on the working directory: ").append(path),
+                              "name it with its whole path"));
+    }
+  }
+  return findings;
+}
+
 Findings Installation::checkSettings() {
   constexpr const char* area = "settings";
   const std::string file = registryFile_.string();
@@ -161,6 +192,8 @@ Findings Installation::checkSettings() {
                             "let this user write to its directory"));
   }
   checkIniFile(settings.InfoDatei, findings);
+  const Findings paths = checkPaths();
+  findings.insert(findings.end(), paths.begin(), paths.end());
   const std::string account = settings.SektionKennung;
   const std::array<std::pair<std::string, const std::string*>, 9> needed = {
       {{"FS.DBName", &settings.DBName},

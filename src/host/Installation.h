@@ -41,6 +41,7 @@ class Installation {
   struct Parts;
 
   bool storeHoldsSettings();
+  Findings checkPaths();
 
   std::filesystem::path registryFile_;
   std::unique_ptr<Parts> parts_;

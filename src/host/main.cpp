@@ -31,6 +31,13 @@ int complain(const std::exception& error, int status) {
   return status;
 }
 
+/// What the command has said counts only once it has been written: a full disk must not look like success.
+int finish(int status) {
+  if (std::cout.flush()) return status;
+  std::cerr << "kartix: standard output cannot be written\n";
+  return status == exit_status::done ? exit_status::failed : status;
+}
+
 int runCommand(int argc, char** argv) {
   CLI::App app("Driver card operations of a licence authority", "kartix");
   int exit = exit_status::done;
@@ -60,7 +67,7 @@ int runCommand(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
-    return runCommand(argc, argv);
+    return finish(runCommand(argc, argv));
   } catch (const std::exception& error) {
     return complain(error, exit_status::failed);
   }

@@ -74,12 +74,11 @@ std::string CFahrerkarte::CardKeyText() const {
 }
 
 bool CFahrerkarte::insert(const std::string& spersonennummer) {
-  return guarded(runtime_->trace, "CFahrerkarte::insert", false, [&] { return writeNew(spersonennummer); });
+  return guarded(*runtime_, "CFahrerkarte::insert", false, [&] { return writeNew(spersonennummer); });
 }
 
 bool CFahrerkarte::update(const std::string& skartennr, const std::string& spersonennummer) {
-  return guarded(runtime_->trace, "CFahrerkarte::update", false,
-                 [&] { return writeChanges(skartennr, spersonennummer); });
+  return guarded(*runtime_, "CFahrerkarte::update", false, [&] { return writeChanges(skartennr, spersonennummer); });
 }
 
 bool CFahrerkarte::writeNew(const std::string& spersonennummer) const {

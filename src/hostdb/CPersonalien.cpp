@@ -43,7 +43,7 @@ std::string CPersonalien::kbaanrede() const {
 }
 
 bool CPersonalien::update(const std::string& spersonennummer) {
-  return guarded(runtime_->trace, "CPersonalien::update", false, [&] { return writeChanges(spersonennummer); });
+  return guarded(*runtime_, "CPersonalien::update", false, [&] { return writeChanges(spersonennummer); });
 }
 
 bool CPersonalien::writeChanges(const std::string& spersonennummer) const {

@@ -48,10 +48,18 @@ DBETXTDatabase::DBETXTDatabase(Runtime& runtime) : runtime_(runtime) {}
 DBETXTDatabase::~DBETXTDatabase() { closeDatabase(); }
 
 void DBETXTDatabase::closeDatabase() {
-  if (!Open_) return;
+  // At the end of the process the client library may have gone already; the system closes what is open.
+  if (!Open_ || Calls::threadEnds()) return;
   Open_ = false;
-  runtime_.machine.dbe.DBE_Disconnect(client_, connection_);
-  runtime_.machine.dbe.DBE_CLEANUP(client_);
+  const auto close = [&dbe = runtime_.machine.dbe, client = client_, connection = connection_] {
+    dbe.DBE_Disconnect(client, connection);
+    dbe.DBE_CLEANUP(client);
+  };
+  if (runtime_.calls.onOwnThread()) {
+    close();
+  } else {
+    runtime_.calls.leaveToOwnThread(close);
+  }
 }
 
 std::string DBETXTDatabase::db_prepare(const std::string& val) {
@@ -61,8 +69,8 @@ std::string DBETXTDatabase::db_prepare(const std::string& val) {
 bool DBETXTDatabase::init(const std::string& sDBEip, const std::string& sDBEPort, const std::string& sSysUser,
                           const std::string& sSysPass, const std::string& sDBName, const std::string& sDBUser,
                           const std::string& sdbPass, const std::string& sAppkey) {
-  Ready_ = false;
-  return guarded(runtime_.trace, "DBETXTDatabase::init", false, [&] {
+  return guarded(runtime_, "DBETXTDatabase::init", false, [&] {
+    Ready_ = false;
     Trace& trace = runtime_.trace;
     trace.TraceEnter("DBETXTDatabase::init");
     trace.TraceParam("sDBEip", sDBEip);
@@ -116,10 +124,15 @@ std::int16_t DBETXTDatabase::openDatabase() {
   return code;
 }
 
-void DBETXTDatabase::resetDataset() { dataset_.clear(); }
+void DBETXTDatabase::resetDataset() {
+  guarded(runtime_, "DBETXTDatabase::resetDataset", notDone, [&] {
+    dataset_.clear();
+    return std::int16_t{0};
+  });
+}
 
 std::int32_t DBETXTDatabase::query(std::string& sSql, std::string& sCursor) {
-  return guarded(runtime_.trace, "DBETXTDatabase::query", std::int32_t{notDone}, [&]() -> std::int32_t {
+  return guarded(runtime_, "DBETXTDatabase::query", std::int32_t{notDone}, [&]() -> std::int32_t {
     row_.clear();
     if (!Ready_) return notDone;
     platform::DbeLibrary& dbe = runtime_.machine.dbe;
@@ -136,7 +149,7 @@ std::int32_t DBETXTDatabase::query(std::string& sSql, std::string& sCursor) {
 }
 
 std::int32_t DBETXTDatabase::queryNext(std::string& sBuf, const std::string& sCursor) {
-  return guarded(runtime_.trace, "DBETXTDatabase::queryNext", std::int32_t{notDone}, [&]() -> std::int32_t {
+  return guarded(runtime_, "DBETXTDatabase::queryNext", std::int32_t{notDone}, [&]() -> std::int32_t {
     if (!Ready_) return notDone;
     platform::DbeLibrary& dbe = runtime_.machine.dbe;
     row_.clear();
@@ -154,19 +167,22 @@ std::int32_t DBETXTDatabase::queryNext(std::string& sBuf, const std::string& sCu
 }
 
 void DBETXTDatabase::closeCursor(const std::string& sCursor) {
-  if (!Ready_) return;
-  guarded(runtime_.trace, "DBETXTDatabase::closeCursor", notDone,
-          [&] { return runtime_.machine.dbe.DBE_CloseCursor(client_, connection_, sCursor); });
+  guarded(runtime_, "DBETXTDatabase::closeCursor", notDone,
+          [&] { return Ready_ ? runtime_.machine.dbe.DBE_CloseCursor(client_, connection_, sCursor) : notDone; });
 }
 
 std::string DBETXTDatabase::Datafield(std::int16_t i) const {
-  if (!Ready_ || i < 1 || static_cast<std::size_t>(i) > maxFields || row_.empty()) return {};
-  return guarded(runtime_.trace, "DBETXTDatabase::Datafield", std::string(),
-                 [&] { return cleaned(runtime_.machine.dbe.DBE_COPYBUF(row_, i, fieldSize)); });
+  return guarded(runtime_, "DBETXTDatabase::Datafield", std::string(), [&]() -> std::string {
+    if (!Ready_ || i < 1 || static_cast<std::size_t>(i) > maxFields || row_.empty()) return {};
+    return cleaned(runtime_.machine.dbe.DBE_COPYBUF(row_, i, fieldSize));
+  });
 }
 
 void DBETXTDatabase::addDatafield(const std::string& sVal) {
-  if (dataset_.size() < maxFields) dataset_.push_back(sVal);
+  guarded(runtime_, "DBETXTDatabase::addDatafield", notDone, [&] {
+    if (dataset_.size() < maxFields) dataset_.push_back(sVal);
+    return std::int16_t{0};
+  });
 }
 
 std::int16_t DBETXTDatabase::execute(const std::string& statement, bool commit) {
@@ -178,8 +194,8 @@ std::int16_t DBETXTDatabase::execute(const std::string& statement, bool commit) 
 }
 
 std::int16_t DBETXTDatabase::addDataset(const std::string& sTable, bool commit) {
-  if (!Ready_ || dataset_.empty()) return notDone;
-  return guarded(runtime_.trace, "DBETXTDatabase::addDataset", notDone, [&] {
+  return guarded(runtime_, "DBETXTDatabase::addDataset", notDone, [&]() -> std::int16_t {
+    if (!Ready_ || dataset_.empty()) return notDone;
     std::string statement = "insert into " + sTable + " values (";
     for (const std::string& value : dataset_) statement += "'" + db_prepare(value) + "',";
     statement.back() = ')';
@@ -188,8 +204,8 @@ std::int16_t DBETXTDatabase::addDataset(const std::string& sTable, bool commit) 
 }
 
 std::int16_t DBETXTDatabase::executeSQL(const std::string& sSql, bool commit) {
-  if (!Ready_) return notDone;
-  return guarded(runtime_.trace, "DBETXTDatabase::executeSQL", notDone, [&] { return execute(sSql, commit); });
+  return guarded(runtime_, "DBETXTDatabase::executeSQL", notDone,
+                 [&] { return Ready_ ? execute(sSql, commit) : notDone; });
 }
 
 }  // namespace kartix

@@ -11,6 +11,7 @@ namespace kartix {
 bool isPersonNumber(std::string_view number) { return text::allDigits(text::trim(number)); }
 
 bool openConfigured(Runtime& runtime, DBETXTDatabase& database) {
+  runtime.konfiguration.readOnce();
   const Konfiguration& k = runtime.konfiguration;
   return database.init(k.ServerIP, k.ServerPort, k.SysUser, k.SysPass, k.DBName, k.DBUser, k.DBPass, "");
 }

@@ -22,6 +22,12 @@ void Session::begin(const std::string& personennummer) {
   ready_ = true;
 }
 
+void Session::beginOperation(const std::string& lfdnr) {
+  // Not every field of a record that is loaded replaces what the one before had there.
+  if (OperationCard.lfdnr != lfdnr) OperationCard = CFahrerkarte(runtime_);
+  CurrentLfdnr = lfdnr;
+}
+
 void Session::release() {
   reset();
   ready_ = false;

@@ -11,8 +11,8 @@ namespace kartix {
 
 class Runtime;
 
-/// The records of the running operation. All `Kartix` objects of a component share them; the host runs one operation
-/// at a time.
+/// The records of the running operation. All `Kartix` objects of a component share them; one operation runs at a
+/// time.
 class Session {
  public:
   explicit Session(Runtime& runtime);
@@ -24,6 +24,8 @@ class Session {
   /// Empties the records; nothing can be done with them until the next `begin`.
   void release();
   bool ready() const { return ready_; }
+  /// An operation begins for the card record `lfdnr`. Of another record nothing stays.
+  void beginOperation(const std::string& lfdnr);
 
   std::string CurrentLfdnr;  ///< running number of the running operation's card record
   std::string AktKartennr;   ///< card number of that record, or empty

@@ -12,8 +12,10 @@ namespace kartix::platform {
 class UserInterface {
  public:
   enum class ShowResult {
-    ended,      ///< the form was shown and has hidden itself
-    noDisplay,  ///< there is nothing to show it on; the form was not shown
+    ended,        ///< the form was shown and has hidden itself
+    noDisplay,    ///< there is nothing to show it on; the form was not shown
+    noWidgets,    ///< nor was it: the host's application object is not one for windows
+    otherThread,  ///< nor was it: windows belong to another thread of the host
   };
 
   virtual ~UserInterface() = default;

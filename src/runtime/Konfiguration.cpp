@@ -1,9 +1,11 @@
 #include "runtime/Konfiguration.h"
 
 #include <numeric>
+#include <utility>
 
 #include "common/CodePage.h"
 #include "common/Numbers.h"
+#include "common/Paths.h"
 #include "common/Scrambling.h"
 #include "common/Text.h"
 #include "platform/ProfileFiles.h"
@@ -102,13 +104,35 @@ std::string Konfiguration::readUntraced(std::string_view section, std::string_vi
 }
 
 void Konfiguration::init() {
+  silent_ = false;
+  readAll();
+}
+
+void Konfiguration::readOnce() {
+  if (read_) return;
+  silent_ = true;
+  readAll();
+}
+
+void Konfiguration::readAll() {
+  read_ = true;
   trace_.TraceEnter("Konfiguration::init");
   InfoDatei = GetIni({}, productKey, "InfoDatei");
   readDatabase();
   readSwitches();
   readGateway();
   readRegister();
+  tracePaths();
   trace_.TraceLeave("Konfiguration::init");
+}
+
+void Konfiguration::tracePaths() {
+  using Path = std::pair<const char*, std::string_view>;
+  const std::string_view database = ServerIP.empty() ? DBName : std::string_view();
+  for (const auto& [name, path] : {Path("InfoDatei", InfoDatei), Path("DBName", database),
+                                   Path("GATEWAYCert", GATEWAYCert), Path("GATEWAYPkey", GATEWAYPkey)}) {
+    if (isForeignPath(path)) trace_.TraceLine({name, ": kein Pfad dieses Rechners: ", path}, trace_level::calls);
+  }
 }
 
 void Konfiguration::readDatabase() {
@@ -124,7 +148,7 @@ void Konfiguration::readDatabase() {
 void Konfiguration::readSwitches() {
   ZKRNeu = read(sectionRegister, "ZKRNeu") == "1" || global_.TodayDB() >= automationSince;
   Testsystem = read(sectionRegister, "Testsystem") == "1";
-  if (Testsystem) reporting_.InfoMsg("Achtung, Testsystem", hintCaption);
+  if (Testsystem && !silent_) reporting_.InfoMsg("Achtung, Testsystem", hintCaption);
   SektionKennung = read(sectionRegister, "SektionKennung");
   if (SektionKennung != "ZEVIS" && SektionKennung != "ZKR" && SektionKennung != "KBA") SektionKennung = "ZKR";
 }
@@ -140,6 +164,7 @@ void Konfiguration::readGateway() {
   GATEWAYCert = read(sectionGateway, "GATEWAYCert");
   GATEWAYPkey = read(sectionGateway, "GATEWAYPkey");
   GATEWAYCertPass = readSecret(sectionGateway, "GATEWAYCertPass");
+  if (silent_) return;
   if (GATEWAYCert.empty() && GATEWAY > 0) reporting_.ReportError(102);
   if (GATEWAYPkey.empty() && GATEWAY > 0) reporting_.ReportError(103);
 }

@@ -24,15 +24,19 @@ inline constexpr std::string_view imageRootKey = R"(Software\Tessel\ARGO Anwendu
 /// Longest value that is read of a setting, in characters.
 inline constexpr std::size_t longestSetting = 1024;
 
-/// The settings of the installation, read once by `init`: first from the registry, and where that is empty from the
-/// ini file that `InfoDatei` names. A setting that is found nowhere is empty.
+/// The settings of the installation: first from the registry, and where that is empty from the
+/// ini file that `InfoDatei` names. A setting that is found nowhere is empty. They are read by `init`, or by
+/// `readOnce` when that comes first, and stay until the next `init`.
 class Konfiguration {
  public:
   Konfiguration(platform::Registry& registry, platform::ProfileFiles& files, Trace& trace, Global& global,
                 Reporting& reporting);
 
-  /// Reads every setting. Never fails; a missing client certificate or key is reported and reading goes on.
+  /// Reads every setting. Never fails; a missing client certificate or key is reported and reading goes on. A path in
+  /// the notation of another system is traced.
   void init();
+  /// Reads every setting unless that has been done. The clerk is told nothing: nobody has begun to work.
+  void readOnce();
 
   /// Value of one setting, trimmed. `FromIni` tells whether it came from the ini file (also when it is empty);
   /// `secret` values are unscrambled and masked in the trace.
@@ -109,6 +113,8 @@ class Konfiguration {
   std::string ImageDir;
 
  private:
+  void readAll();
+  void tracePaths();
   std::string read(std::string_view section, std::string_view name);
   std::string readSecret(std::string_view section, std::string_view name);
   std::string readUntraced(std::string_view section, std::string_view name);
@@ -122,6 +128,8 @@ class Konfiguration {
   Trace& trace_;
   Global& global_;
   Reporting& reporting_;
+  bool read_ = false;
+  bool silent_ = false;
 };
 
 }  // namespace kartix

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "common/Numbers.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 #include "platform/UserInterface.h"
 #include "platform/forms/Form.h"
@@ -11,6 +12,13 @@ namespace kartix {
 namespace {
 
 const std::string traceKey = std::string(productKey) + "ZFER\\";
+
+std::string_view reason(platform::UserInterface::ShowResult why) {
+  using ShowResult = platform::UserInterface::ShowResult;
+  if (why == ShowResult::noWidgets) return "das Anwendungsobjekt des Programms ist keine QApplication";
+  if (why == ShowResult::otherThread) return "Qt läuft in einem anderen Thread als dieser Aufruf";
+  return "keine Anzeige vorhanden";
+}
 
 }  // namespace
 
@@ -29,7 +37,7 @@ void Runtime::TraceOpen() {
   const std::int16_t level = leadingInt16(konfiguration.GetIni({}, traceKey, "DebugLevel"));
   if (level <= 0) return;
   const std::string file = text::trim(konfiguration.GetIni({}, traceKey, "DebugFile"));
-  if (!trace.open(file, level)) {
+  if (isForeignPath(file) || !trace.open(file, level)) {
     reporting.ReportError(105, file);
     return;
   }
@@ -49,8 +57,9 @@ void Runtime::TraceClose() {
   reporting.InfoMsg("Debug-Datei " + file + " geschlossen.", hintCaption);
 }
 
-void Runtime::missDisplay(const forms::Form& form) {
-  const std::string line = "Fenster " + form.name() + " kann nicht angezeigt werden: keine Anzeige vorhanden";
+void Runtime::missDisplay(const forms::Form& form, platform::UserInterface::ShowResult why) {
+  const std::string line =
+      std::string("Fenster ").append(form.name()).append(" kann nicht angezeigt werden: ").append(reason(why));
   trace.TraceLine(line, trace_level::calls);
   // What the window's load handler switched on would stay on.
   machine.userInterface.setHourglass(false);
@@ -59,11 +68,19 @@ void Runtime::missDisplay(const forms::Form& form) {
   std::fprintf(stderr, "kartix: %s\n", line.c_str());
 }
 
+void Runtime::refuseThread(std::string_view call) noexcept {
+  constexpr const char* why = "Aufruf aus einem anderen Thread als dem des ersten Aufrufs";
+  trace.TraceRefusal(call, why);
+  if (threadRefused_.exchange(true)) return;
+  std::fprintf(stderr, "kartix: %.*s: abgewiesen, %s\n", static_cast<int>(call.size()), call.data(), why);
+}
+
 void Runtime::showModal(forms::Form& form) {
+  if (Calls::threadEnds()) return;
   form.load();
   if (form.failure().empty()) {
     const auto result = machine.userInterface.showModal(form);
-    if (result == platform::UserInterface::ShowResult::noDisplay) missDisplay(form);
+    if (result != platform::UserInterface::ShowResult::ended) missDisplay(form, result);
   }
   if (!form.failure().empty()) {
     trace.TraceLine({"Fenster ", form.name(), " abgebrochen: ", form.failure()}, trace_level::calls);

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include "platform/Platform.h"
+#include "platform/UserInterface.h"
+#include "runtime/Calls.h"
 #include "runtime/Global.h"
 #include "runtime/Konfiguration.h"
 #include "runtime/Reporting.h"
@@ -23,14 +26,19 @@ class Runtime {
   /// Ends and closes the trace file when it is open, and tells the clerk.
   void TraceClose();
 
-  /// Loads `form` and shows it modally until it is hidden. A failure in one of its handlers, or a missing display,
-  /// is traced; the form then holds its failure value. A missing display is also told on standard error, once until
-  /// `forgetDisplay`.
+  /// Loads `form` and shows it modally until it is hidden. A failure in one of its handlers, or that it cannot be
+  /// shown, is traced; the form then holds its failure value. That it cannot be shown is also told on standard error,
+  /// once until `forgetDisplay`. At the end of the process no window opens any more, without a word.
   void showModal(forms::Form& form);
   /// A new host object begins: a missing display is worth telling again.
   void forgetDisplay() { displayMissed_ = false; }
 
+  /// Refuses the public call `call`, made on another thread than the component's own: traced, and told on standard
+  /// error once.
+  void refuseThread(std::string_view call) noexcept;
+
   platform::Platform machine;
+  Calls calls;
   Trace trace;
   Global global;
   Reporting reporting;
@@ -39,9 +47,10 @@ class Runtime {
   std::string ClerkName;  ///< the acting clerk, as named by the host
 
  private:
-  void missDisplay(const forms::Form& form);
+  void missDisplay(const forms::Form& form, platform::UserInterface::ShowResult why);
 
   bool displayMissed_ = false;
+  std::atomic<bool> threadRefused_ = false;
 };
 
 }  // namespace kartix

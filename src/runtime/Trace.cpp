@@ -59,6 +59,7 @@ bool Trace::open(const std::string& file, std::int16_t level) {
   if (file.empty()) return false;
   std::error_code ignored;
   const bool existed = std::filesystem::exists(file, ignored);
+  const std::lock_guard lock(guard_);
   file_.reset(std::fopen(file.c_str(), "wb"));
   if (!file_) return false;
   if (!existed) restrictToOwner(file);
@@ -68,21 +69,29 @@ bool Trace::open(const std::string& file, std::int16_t level) {
 
 void Trace::close() {
   on_ = false;
+  const std::lock_guard lock(guard_);
   file_.reset();
 }
 
 void Trace::write(std::initializer_list<std::string_view> parts) noexcept {
   try {
-    AnsiLine line(*file_);
-    line.addTime(clock_.now());
-    for (const std::string_view part : parts) line.add(part);
-    line.add("\r\n");
-    if (line.flush()) return;
+    if (put(parts)) return;
     close();
     if (onWriteFailure) onWriteFailure();
   } catch (...) {
     // A failure of the trace never changes what is traced.
   }
+}
+
+/// False when the line could not be written.
+bool Trace::put(std::initializer_list<std::string_view> parts) {
+  const std::lock_guard lock(guard_);
+  if (!file_) return true;
+  AnsiLine line(*file_);
+  line.addTime(clock_.now());
+  for (const std::string_view part : parts) line.add(part);
+  line.add("\r\n");
+  return line.flush();
 }
 
 void Trace::TraceEnter(std::string_view name, int level) noexcept { TraceLine({">>> ", name, " >>>"}, level); }
@@ -109,6 +118,15 @@ void Trace::TraceRegDump() noexcept {
 
 void Trace::TraceAbort(std::string_view call, std::string_view reason) noexcept {
   TraceLine({call, ": Abbruch: ", reason}, trace_level::calls);
+}
+
+void Trace::TraceRefusal(std::string_view call, std::string_view reason) noexcept {
+  try {
+    // A line that cannot be written is left for the component's own thread to find out with its next.
+    if (writes(trace_level::calls)) put({call, ": abgewiesen, ", reason});
+  } catch (...) {
+    // A failure of the trace never changes what is traced.
+  }
 }
 
 }  // namespace kartix

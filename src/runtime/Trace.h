@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
@@ -9,6 +10,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -76,6 +78,8 @@ class Trace {
   void TraceRegDump() noexcept;
   /// A public call ended early because of `reason`.
   void TraceAbort(std::string_view call, std::string_view reason) noexcept;
+  /// A public call was refused because of `reason`. The one line that may be written on any thread. Never throws.
+  void TraceRefusal(std::string_view call, std::string_view reason) noexcept;
 
  private:
   struct Close {
@@ -98,12 +102,14 @@ class Trace {
 
   bool writes(int level) const noexcept { return level <= level_ && on_; }
   void write(std::initializer_list<std::string_view> parts) noexcept;
+  bool put(std::initializer_list<std::string_view> parts);
 
   platform::Clock& clock_;
+  std::mutex guard_;  ///< of `file_`
   std::unique_ptr<std::FILE, Close> file_;
   std::string path_;
-  std::int16_t level_ = 0;
-  bool on_ = false;
+  std::atomic<std::int16_t> level_ = 0;
+  std::atomic<bool> on_ = false;
 };
 
 }  // namespace kartix

@@ -133,6 +133,18 @@ TEST_F(Command, SettingsComeBackAndSecretsStayScrambled) {
   EXPECT_EQ(kartix("settings get ServerIP").out, "10.0.0.1\n") << "all or nothing";
 }
 
+TEST_F(Command, AFullStandardOutputIsAFailure) {
+  makeDatabase();
+  for (const std::string arguments :
+       {"--version", "settings --help", "settings list", "settings get FS.DBName", "doctor",
+        "run none --person 4711 --clerk Meier", "gateway --listen 127.0.0.1:0"}) {
+    const Outcome outcome = kartix(arguments + " >/dev/full");
+    EXPECT_EQ(outcome.status, 1) << arguments;
+    EXPECT_THAT(outcome.err, HasSubstr("standard output cannot be written")) << arguments;
+  }
+  EXPECT_EQ(kartix("run --person 4711 >/dev/full").status, 2);
+}
+
 TEST_F(Command, DatabaseIsMadeOnceAndDoctorFindsIt) {
   EXPECT_EQ(kartix("db create host.db").status, 0);
   const std::string made = content(dir / "host.db");
@@ -166,8 +178,9 @@ TEST_F(Command, DoctorSaysWhatToMend) {
   EXPECT_EQ(doctor.err, "");
   for (const char* expected :
        {"FAULT  settings: ZKR.KENZA is not set\n         -> kartix settings set ZKR.KENZA\n",
-        "FAULT  settings: the ini file cannot be written: ", "FAULT  database: has no table personalien: empty.db\n",
-        "note   certificate: expires on ", "FAULT  certificate: and key do not belong together\n",
+         "FAULT  settings: the ini file cannot be written: ", "FAULT  database: has no table personalien: empty.db\n",
+         "note   certificate: expires on ", "FAULT  certificate: and key do not belong together\n",
+         "note   settings: ZEVIS.GATEWAYCert depends on the working directory: a.crt\n",
         "FAULT  gateway: 127.0.0.1:1: ", "FAULT  images: there is no directory gone\n"}) {
     EXPECT_THAT(doctor.out, HasSubstr(expected));
   }
@@ -176,6 +189,12 @@ TEST_F(Command, DoctorSaysWhatToMend) {
   EXPECT_THAT(kartix("doctor").out, HasSubstr("FAULT  certificate: expired on "));
   kartix("settings set GATEWAYCertPass falsch");
   EXPECT_THAT(kartix("doctor").out, HasSubstr("FAULT  certificate: key cannot be opened: b.key\n"));
+  for (const char* setting :
+       {"InfoDatei", "FS.DBName", "ZEVIS.GATEWAYCert", "ZEVIS.GATEWAYPkey", "ZFER.DebugFile", "KODSImageDir"}) {
+    kartix(std::string("settings set ") + setting + R"( 'C:\kba\x')");
+    EXPECT_THAT(kartix("doctor").out,
+                HasSubstr(std::string("FAULT  settings: ") + setting + R"( is no path of this machine: C:\kba\x)"));
+  }
 }
 
 TEST_F(Command, WithoutADisplayAnOperationEndsAtOnce) {

@@ -4,7 +4,9 @@
 #include "adapters/postgres/Postgres.h"
 #include "adapters/sqlite/HostDatabase.h"
 #include "adapters/sqlite/Sqlite.h"
+#include "common/Scrambling.h"
 #include "database/PostgresServer.h"
+#include "hostdb/HostStatements.h"
 
 namespace kartix::test {
 namespace {
@@ -26,35 +28,42 @@ PostgresServer& server() {
 
 HostDatabase::HostDatabase()
     : machine(adapters::makeDbeChooser(adapters::makeSqliteDbe(), adapters::makePostgresDbe())) {
-  Konfiguration& k = runtime.konfiguration;
+  // Nobody calls Konfiguration::init: the first use reads the settings, whatever an init would have to tell.
+  store("ZKR", "Testsystem", "1");
+  store("ZEVIS", "GATEWAY", "1");
   if (GetParam() == Engine::sqlite) {
-    k.DBName = machine.directory / "host.db";
-    adapters::createHostDatabase(k.DBName);
+    const std::string file = machine.directory / "host.db";
+    store("FS", "DBName", file);
+    adapters::createHostDatabase(file);
   } else {
     static int number = 0;
     database_ = "host" + std::to_string(++number);
     server().execute("postgres", {"create database " + database_ + " owner argo"});
-    k.ServerIP = server().address();
-    k.ServerPort = server().port();
-    k.SysUser = "argosys";
-    k.SysPass = "Systempasswort";
-    k.DBName = database_;
-    k.DBUser = "argo";
-    k.DBPass = "Datenbank-Passwort";
+    store("FS", "ServerIP", server().address());
+    store("FS", "ServerPort", server().port());
+    store("FS", "SysUser", "argosys");
+    store("FS", "SysPass", CryptLong("Systempasswort"));
+    store("FS", "DBName", database_);
+    store("FS", "DBUser", "argo");
+    store("FS", "DBPass", CryptLong("Datenbank-Passwort"));
     for (const std::string& statement : adapters::hostTableStatements()) execute(statement);
   }
   runtime.ClerkName = "Ümit Größer-Sachbearbeiter";
   session.begin("4711");
 }
 
+void HostDatabase::store(const std::string& section, const std::string& name, const std::string& value) {
+  ASSERT_TRUE(machine.registry->RegSetValueEx(std::string(productKey) + section, name, value));
+}
+
 HostDatabase::~HostDatabase() {
+  EXPECT_EQ(machine.messages.take(), std::vector<std::string>()) << "messages that no test expects";
   if (!database_.empty()) server().execute("postgres", {"drop database " + database_});
 }
 
 std::unique_ptr<DBETXTDatabase> HostDatabase::open() {
-  const Konfiguration& k = runtime.konfiguration;
   auto db = std::make_unique<DBETXTDatabase>(runtime);
-  EXPECT_TRUE(db->init(k.ServerIP, k.ServerPort, k.SysUser, k.SysPass, k.DBName, k.DBUser, k.DBPass));
+  EXPECT_TRUE(openConfigured(runtime, *db));
   return db;
 }
 

@@ -41,6 +41,8 @@ class HostDatabase : public testing::TestWithParam<Engine> {
   ARGOInterface argo{runtime, session};
 
  private:
+  void store(const std::string& section, const std::string& name, const std::string& value);
+
   std::string database_;
 };
 

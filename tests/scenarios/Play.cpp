@@ -252,6 +252,7 @@ Outcome Installation::play() {
     component.useGatewayObjects();
     Kartix kartix(component);
     outcome.init = kartix.init(scenario_.at("clerk"), scenario_.at("person"));
+    for (const Json& earlier : part(scenario_, "before")) carryOut(kartix, earlier.at(0), earlier.at(1));
     outcome.result = carryOut(kartix, scenario_.at("operation"), scenario_.at("lfdnr"));
     outcome.properties = resultProperties(kartix);
   }

@@ -85,6 +85,10 @@ TEST(IniFiles, RefusesWhatWouldDamageTheFile) {
   EXPECT_TRUE(refused(std::string("[\0Z\0]\0", 6), "ZKR", "Ort", "a"));
   EXPECT_TRUE(refused(std::string(5U << 20U, ';'), "ZKR", "Ort", "a"));
   EXPECT_FALSE(ini->WritePrivateProfileString("ZKR", "Ort", "a", (directory / "no" / "file").string()));
+  for (const char* foreign : {R"(C:\kba\argo.ini)", R"(kba\argo.ini)", "c:argo.ini"}) {
+    EXPECT_FALSE(ini->WritePrivateProfileString("ZKR", "Ort", "a", foreign));
+    EXPECT_FALSE(std::filesystem::exists(foreign));
+  }
 }
 
 }  // namespace

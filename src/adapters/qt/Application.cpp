@@ -52,22 +52,31 @@ struct Application::Own {
 
 Application::Application(Fallback fallback) : fallback_(fallback) {}
 
-Application::~Application() = default;
+Application::~Application() { release(); }
 
-bool Application::ready() {
-  if (const QCoreApplication* present = QCoreApplication::instance()) {
-    return qobject_cast<const QApplication*>(present) && present->thread() == QThread::currentThread();
-  }
+bool Application::release() {
+  if (!own_) return false;
+  // When the host has made one of its own meanwhile, that one stands on what ours has made.
+  if (QCoreApplication::instance() != &*own_->application_) static_cast<void>(own_.release());
   own_.reset();
+  return true;
+}
+
+std::optional<Application::ShowResult> Application::obstacle() {
+  if (const QCoreApplication* present = QCoreApplication::instance()) {
+    if (present->thread() != QThread::currentThread()) return ShowResult::otherThread;
+    if (!qobject_cast<const QApplication*>(present)) return ShowResult::noWidgets;
+    return std::nullopt;
+  }
   auto platform = usablePlatform();
   if (!platform && fallback_ == Fallback::offScreen) {
     // A desktop theme may insist on a display.
     qunsetenv("QT_QPA_PLATFORMTHEME");
     platform = "offscreen";
   }
-  if (!platform) return false;
+  if (!platform) return ShowResult::noDisplay;
   own_ = std::make_unique<Own>(*platform);
-  return true;
+  return std::nullopt;
 }
 
 }  // namespace kartix::adapters::qt

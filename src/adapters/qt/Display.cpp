@@ -11,6 +11,7 @@
 #include <QJsonObject>
 #include <QPluginLoader>
 #include <QStringList>
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <memory>
@@ -40,19 +41,28 @@ bool pluginLoads(const QString& platform) {
   return false;
 }
 
+/// Nothing for a server that does not answer.
+using XConnection = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>;
+
 /// Connects to the X server, which checks the authorisation too. In a thread of its own, since a server on another
 /// machine may keep the connection waiting.
 bool xServerAnswers() {
   if (qEnvironmentVariableIsEmpty("DISPLAY")) return false;
-  auto answer = std::make_shared<std::promise<bool>>();
+  auto answer = std::make_shared<std::promise<XConnection>>();
   auto connected = answer->get_future();
   std::thread([answer] {
-    xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
-    const bool good = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    answer->set_value(good);
+    XConnection connection(xcb_connect(nullptr, nullptr), xcb_disconnect);
+    if (xcb_connection_has_error(connection.get()) != 0) connection.reset();
+    answer->set_value(std::move(connection));
   }).detach();
-  return connected.wait_for(patience) == std::future_status::ready && connected.get();
+  if (connected.wait_for(patience) != std::future_status::ready) return false;
+  XConnection connection = connected.get();
+  const bool good = connection != nullptr;
+  // A server whose last client goes begins anew, and breaks off whoever comes meanwhile: this one stays until the
+  // next question.
+  static std::atomic<xcb_connection_t*> kept = nullptr;
+  xcb_disconnect(kept.exchange(connection.release()));
+  return good;
 }
 
 bool waylandAnswers() {

@@ -8,9 +8,10 @@
 
 namespace kartix::adapters {
 
-/// Shows forms as windows to a clerk. The application object is made at the first window when the host has none, and
-/// goes with the front end. Without a display that answers, forms are not shown (`ShowResult::noDisplay`); the
-/// process is never ended for it. All calls are made from one thread, the host's user-interface thread.
+/// Shows forms as windows to a clerk. The application object is made for the first window when the host has none, and
+/// goes with the last. Without a display that answers, or with an application object that is not one for windows
+/// of this thread, forms are not shown (`ShowResult` says why); the process is never ended for it. All calls are made
+/// from one thread, the host's user-interface thread.
 std::unique_ptr<platform::UserInterface> makeQtUserInterface();
 
 /// Shows the windows of a play: on the display when there is one, else off screen, where their pictures can be taken

@@ -20,18 +20,11 @@ class QtUserInterface final : public platform::UserInterface {
   QtUserInterface& operator=(const QtUserInterface&) = delete;
 
   ShowResult showModal(forms::Form& form) override {
-    if (!application_.ready()) return ShowResult::noDisplay;
-    if (!keys_) keys_ = std::make_unique<qt::KeyWatch>();
-    keys_->begin();
-    // Keys typed while the program was at work are not meant for a window that nobody has seen yet.
-    qt::InputBlock::paintPending(keys_.get());
-    showHourglass();
-    qt::Showing showing(form, open_.empty() ? QApplication::activeWindow() : &open_.back()->window());
-    if (!showing.window().designed()) return ShowResult::noDisplay;
-    open_.push_back(&showing);
-    showing.run();
-    open_.pop_back();
-    return ShowResult::ended;
+    const auto obstacle = application_.obstacle();
+    const ShowResult result = obstacle ? *obstacle : show(form);
+    // The pointer goes with the application object.
+    if (open_.empty() && application_.release()) hourglassShown_ = false;
+    return result;
   }
 
   void repaint() override {
@@ -52,6 +45,21 @@ class QtUserInterface final : public platform::UserInterface {
   void progressReported(const forms::Form&, int, std::string_view) override {}
 
  private:
+  ShowResult show(forms::Form& form) {
+    // The watch keeps what it knows when the application object goes and another one comes.
+    if (!keys_) keys_ = std::make_unique<qt::KeyWatch>();
+    keys_->begin();
+    // Keys typed while the program was at work are not meant for a window that nobody has seen yet.
+    qt::InputBlock::paintPending(keys_.get());
+    showHourglass();
+    qt::Showing showing(form, open_.empty() ? QApplication::activeWindow() : &open_.back()->window());
+    if (!showing.window().designed()) return ShowResult::noDisplay;
+    open_.push_back(&showing);
+    showing.run();
+    open_.pop_back();
+    return ShowResult::ended;
+  }
+
   /// The pointer can be changed only once there is an application; until then the wish is kept.
   void showHourglass() {
     if (hourglass_ == hourglassShown_ || !qobject_cast<QApplication*>(QCoreApplication::instance())) return;

@@ -5,6 +5,7 @@
 #include "adapters/settings/Settings.h"
 #include "adapters/settings/TextLines.h"
 #include "common/CodePage.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 
 namespace kartix::adapters {
@@ -79,7 +80,7 @@ class IniFiles : public platform::ProfileFiles {
   bool WritePrivateProfileString(std::string_view section, std::string_view key, std::string_view value,
                                  std::string_view file) override {
     using namespace std::string_view_literals;
-    if (file.empty() || !fitsName(section, "]\r\n\0"sv) || !fitsName(key, "=\r\n\0"sv) ||
+    if (file.empty() || isForeignPath(file) || !fitsName(section, "]\r\n\0"sv) || !fitsName(key, "=\r\n\0"sv) ||
         withoutBlanks(key).find_first_of(";[") == 0 || !fitsValue(value)) {
       return false;
     }
@@ -101,7 +102,7 @@ class IniFiles : public platform::ProfileFiles {
   static bool isText(std::string_view bytes) { return bytes.find('\0') == std::string_view::npos; }
 
   std::optional<std::string> find(std::string_view section, std::string_view key, std::string_view file) {
-    if (file.empty() || section.empty() || key.empty()) return std::nullopt;
+    if (file.empty() || isForeignPath(file) || section.empty() || key.empty()) return std::nullopt;
     // A component uses one ini file; the one used last is kept.
     if (!file_ || file_->path() != std::filesystem::path(file)) file_.emplace(std::filesystem::path(file));
     bool changed = false;

@@ -18,7 +18,7 @@ namespace kartix::adapters {
 std::unique_ptr<platform::Registry> makeRegFile(std::filesystem::path file);
 
 /// Ini files, single-byte, at most 4 MiB each; written like the settings store. A file that holds NUL bytes is not an
-/// ini file: it gives nothing and is never written to.
+/// ini file: it gives nothing and is never written to. Nor is a path of another system.
 std::unique_ptr<platform::ProfileFiles> makeIniFiles();
 
 /// True when a settings file at `path`, there or not, could be written to now. Changes nothing.

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "adapters/dbe/Engine.h"
+#include "common/Paths.h"
 
 namespace kartix::adapters {
 namespace {
@@ -65,7 +66,7 @@ class SqliteConnection : public dbe::Connection {
     std::error_code error;
     // An absolute path keeps special names from making a database in memory.
     const std::filesystem::path path = std::filesystem::absolute(name, error);
-    if (name.empty() || name.find('\0') != std::string::npos || error ||
+    if (name.empty() || name.find('\0') != std::string::npos || error || isForeignPath(name) ||
         !std::filesystem::is_regular_file(path, error)) {
       return false;
     }

@@ -1,0 +1,19 @@
+#include "common/Paths.h"
+
+#include <filesystem>
+
+namespace kartix {
+namespace {
+
+bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+}  // namespace
+
+bool isForeignPath(std::string_view path) {
+  using Path = std::filesystem::path;
+  if (Path::preferred_separator == '\\' || Path(path).is_absolute()) return false;
+  const bool drive = path.size() > 1 && path[1] == ':' && isLetter(path[0]);
+  return drive || path.find('\\') != std::string_view::npos;
+}
+
+}  // namespace kartix
