@@ -8,6 +8,8 @@
 namespace kartix {
 
 class Component;
+class ResultReader;
+struct ResultProperty;
 
 /// The one class that a host application creates and calls: driver card operations for one person.
 ///
@@ -89,6 +91,10 @@ class KARTIX_EXPORT Kartix {
   std::string abgabestatus() const;
 
  private:
+  friend class ResultReader;
+
+  std::string read(const ResultProperty& property) const;
+
   Component& component_;
   bool Initialised_ = false;
 };

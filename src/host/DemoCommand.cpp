@@ -20,7 +20,6 @@
 #include "host/demo/Acts.h"
 #include "host/demo/DemoInstallation.h"
 #include "host/demo/Narration.h"
-#include "kartix/Kartix.h"
 #include "platform/Stage.h"
 #include "simulator/Simulator.h"
 
@@ -130,9 +129,10 @@ class Demonstration {
     component.useGatewayObjects();
     Ending ending;
     {
-      Kartix kartix(component);
-      if (kartix.init("Demonstration", act.person)) ending.result = callOperation(kartix, act.operation, act.lfdnr);
-      ending.properties = resultProperties(kartix);
+      dispatch::Object kartix = makeKartix(component);
+      if (callInit(kartix, "Demonstration", act.person))
+        ending.result = callOperation(kartix, act.operation, act.lfdnr);
+      ending.properties = dispatch::properties(kartix);
     }
     ending.mismatch = script.mismatch();
     return ending;

@@ -1,15 +1,22 @@
 #include "host/Operation.h"
 
-#include "kartix/Kartix.h"
+#include <array>
+
+#include "common/Values.h"
 
 namespace kartix::host {
 
-std::int32_t callOperation(Kartix& kartix, const std::string& operation, const std::string& lfdnr) {
-  if (operation == "ZKRAnfrage") return kartix.ZKRAnfrage(lfdnr);
-  if (operation == "FahrerKartenBestellung") return kartix.FahrerKartenBestellung(lfdnr);
-  if (operation == "KartenMitteilung") return kartix.KartenMitteilung(lfdnr);
-  if (operation == "KartenStorno") return kartix.KartenStorno(lfdnr);
-  return -1;
+dispatch::Object makeKartix(Component& component) { return {dispatch::classNamed("Kartix"), component}; }
+
+bool callInit(dispatch::Object& kartix, const std::string& clerk, const std::string& person) {
+  std::array<dispatch::Value, 2> arguments = {clerk, person};
+  return std::get<bool>(kartix.call("init", arguments));
+}
+
+std::int32_t callOperation(dispatch::Object& kartix, const std::string& operation, const std::string& lfdnr) {
+  if (operation == "none") return -1;
+  std::array<dispatch::Value, 1> arguments = {lfdnr};
+  return toNumber(kartix.call(operation, arguments));
 }
 
 }  // namespace kartix::host

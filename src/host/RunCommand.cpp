@@ -20,7 +20,6 @@
 #include "host/LocalTimeText.h"
 #include "host/Operation.h"
 #include "host/RegistryFile.h"
-#include "kartix/Kartix.h"
 
 namespace kartix::host {
 namespace {
@@ -113,12 +112,12 @@ class Surroundings {
 
 /// Runs the operation; gives what standard output is to receive.
 Json operate(Component& component, const Options& options) {
-  Kartix kartix(component);
-  const bool ready = kartix.init(options.clerk, options.person);
+  dispatch::Object kartix = makeKartix(component);
+  const bool ready = callInit(kartix, options.clerk, options.person);
   const std::int32_t result =
       ready ? callOperation(kartix, options.operation, options.lfdnr.value_or("")) : notCarriedOut;
   Json properties = Json::object();
-  for (const auto& [name, value] : resultProperties(kartix)) properties[name] = value;
+  for (const auto& [name, value] : dispatch::properties(kartix)) properties[name] = value;
   return {{"init", ready}, {"operation", options.operation}, {"result", result}, {"properties", properties}};
 }
 

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <array>
 #include <cstdio>
 #include <fstream>
 #include <map>
@@ -16,9 +17,9 @@
 #include "common/CodePage.h"
 #include "common/Scrambling.h"
 #include "common/Text.h"
+#include "common/Values.h"
 #include "component/Component.h"
 #include "component/Dispatch.h"
-#include "kartix/Kartix.h"
 #include "runtime/Konfiguration.h"
 #include "scenarios/Pictures.h"
 #include "support/Files.h"
@@ -125,13 +126,18 @@ platform::LocalTime parseTime(const std::string& text) {
   return time;
 }
 
-std::int32_t carryOut(Kartix& kartix, const std::string& operation, const std::string& lfdnr) {
-  if (operation == "ZKRAnfrage") return kartix.ZKRAnfrage(lfdnr);
-  if (operation == "FahrerKartenBestellung") return kartix.FahrerKartenBestellung(lfdnr);
-  if (operation == "KartenMitteilung") return kartix.KartenMitteilung(lfdnr);
-  if (operation == "KartenStorno") return kartix.KartenStorno(lfdnr);
-  if (operation == "none") return -1;
-  throw BadScenario("unknown operation \"" + operation + "\"");
+std::int32_t carryOut(dispatch::Object& kartix, const std::string& operation, dispatch::Value lfdnr) {
+  return operation == "none" ? -1 : toNumber(kartix.call(operation, std::span(&lfdnr, 1)));
+}
+
+/// By the names of the members, as late-bound hosts do.
+void callKartix(dispatch::Object& kartix, const Json& scenario, Outcome& outcome) {
+  const auto text = [](const Json& value) { return value.get<std::string>(); };
+  std::array<dispatch::Value, 2> session = {text(scenario.at("clerk")), text(scenario.at("person"))};
+  outcome.init = std::get<bool>(kartix.call("init", session));
+  for (const Json& earlier : part(scenario, "before")) carryOut(kartix, text(earlier.at(0)), text(earlier.at(1)));
+  outcome.result = carryOut(kartix, text(scenario.at("operation")), text(scenario.at("lfdnr")));
+  outcome.properties = dispatch::properties(kartix);
 }
 
 }  // namespace
@@ -250,11 +256,8 @@ Outcome Installation::play() {
   {
     Component component(setup);
     component.useGatewayObjects();
-    Kartix kartix(component);
-    outcome.init = kartix.init(scenario_.at("clerk"), scenario_.at("person"));
-    for (const Json& earlier : part(scenario_, "before")) carryOut(kartix, earlier.at(0), earlier.at(1));
-    outcome.result = carryOut(kartix, scenario_.at("operation"), scenario_.at("lfdnr"));
-    outcome.properties = resultProperties(kartix);
+    dispatch::Object kartix(dispatch::classNamed("Kartix"), component);
+    callKartix(kartix, scenario_, outcome);
   }
   outcome.scriptMismatch = script.mismatch();
   std::istringstream lines(seen.str());
