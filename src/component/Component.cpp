@@ -1,5 +1,7 @@
 #include "component/Component.h"
 
+#include <mutex>
+
 #include "adapters/canberra/Canberra.h"
 #include "adapters/clock/SystemClock.h"
 #include "adapters/curl/Curl.h"
@@ -51,6 +53,23 @@ std::unique_ptr<platform::DbeLibrary> hostDatabase() {
   return adapters::makeDbeChooser(adapters::makeSqliteDbe(), adapters::makePostgresDbe());
 }
 
+std::shared_ptr<platform::Registry> settingsStore(const std::filesystem::path& file) {
+  return adapters::makeRegFile(file.empty() ? adapters::userRegistryFile() : file);
+}
+
+/// The component of this process, and until it is made, what it is to be made with.
+struct SharedComponent {
+  std::mutex mutex;
+  Setup setup;
+  std::unique_ptr<Component> component;
+};
+
+SharedComponent& sharedComponent() {
+  // Never destroyed: at the end of the process the libraries underneath may go before the last object of the host.
+  static SharedComponent* const process = std::make_unique<SharedComponent>().release();
+  return *process;
+}
+
 std::unique_ptr<platform::HttpLibrary> transport(const Setup& setup) {
   adapters::CurlOptions options;
   options.caFile = setup.caFile;
@@ -62,8 +81,7 @@ std::unique_ptr<platform::HttpLibrary> transport(const Setup& setup) {
 /// The machine, on which everything else stands.
 struct Machine {
   explicit Machine(const Setup& setup)
-      : registry(
-            adapters::makeRegFile(setup.registryFile.empty() ? adapters::userRegistryFile() : setup.registryFile)),
+      : registry(setup.registry ? setup.registry : settingsStore(setup.registryFile)),
         clock(adapters::makeSystemClock(setup.now)),
         dbe(setup.dbe, hostDatabase),
         http(setup.http, [&] { return transport(setup); }),
@@ -79,7 +97,7 @@ struct Machine {
 
   platform::ObjectClasses& classes(const Setup& setup) { return setup.objects ? *setup.objects : hostObjects; }
 
-  std::unique_ptr<platform::Registry> registry;
+  std::shared_ptr<platform::Registry> registry;
   std::unique_ptr<platform::ProfileFiles> profileFiles = adapters::makeIniFiles();
   std::unique_ptr<platform::FileSystem> files = adapters::makeFiles();
   std::unique_ptr<platform::ImageLibrary> images = adapters::makeQtImages();
@@ -113,9 +131,18 @@ Component::Component(const Setup& setup) : parts_(std::make_unique<Parts>(setup)
 Component::~Component() = default;
 
 Component& Component::shared() {
-  // Never destroyed: at the end of the process the libraries underneath may go before the last object of the host.
-  static Component* const component = std::make_unique<Component>(Setup{}).release();
-  return *component;
+  SharedComponent& process = sharedComponent();
+  const std::lock_guard lock(process.mutex);
+  if (!process.component) process.component = std::make_unique<Component>(process.setup);
+  return *process.component;
+}
+
+bool Component::prepareShared(const std::function<void(Setup&)>& change) {
+  SharedComponent& process = sharedComponent();
+  const std::lock_guard lock(process.mutex);
+  if (process.component) return false;
+  change(process.setup);
+  return true;
 }
 
 Runtime& Component::runtime() { return parts_->runtime; }

@@ -11,6 +11,7 @@ namespace kartix::platform {
 class DbeLibrary;
 class HttpLibrary;
 class ObjectClasses;
+class Registry;
 class SoundPlayer;
 class UserInterface;
 class XmlLibrary;
@@ -26,7 +27,8 @@ struct Workplace;
 /// What a component is to work with. Whatever is left out is the real one of this machine; what is given outlives the
 /// component.
 struct Setup {
-  std::filesystem::path registryFile;      ///< settings store; empty for the user's own
+  std::filesystem::path registryFile;            ///< settings store; empty for the user's own
+  std::shared_ptr<platform::Registry> registry;  ///< in place of that file
   std::optional<platform::LocalTime> now;  ///< the clock starts here and runs on; the machine's time when left out
   std::filesystem::path caFile;            ///< PEM file of authorities to trust besides the system's own
   platform::UserInterface* userInterface = nullptr;
@@ -50,6 +52,9 @@ class Component {
   /// The component that all objects of this process share unless they are given one. Made at the first call and
   /// never destroyed, so that a host may keep its objects in static storage.
   static Component& shared();
+
+  /// Lets `change` say what the shared component is to be made with. False when it has been made already.
+  static bool prepareShared(const std::function<void(Setup&)>& change);
 
   Runtime& runtime();
   Session& session();

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <string>
 
-#include "kartix/Automation.h"
+#include "kartix/ObjectClasses.h"
 #include "platform/ObjectClasses.h"
 
 namespace kartix {

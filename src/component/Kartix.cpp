@@ -77,6 +77,7 @@ std::int32_t operate(Component& component, const Kartix* caller, bool initialise
                      Operation operation) {
   return exclusiveOf(component, caller, name, notCarriedOut, [&](const Calls::Turn&) -> std::int32_t {
     Workplace& place = component.workplace();
+    place.runtime.reporting.forget();
     place.runtime.trace.TraceCall(name);
     return initialised && place.session.ready() ? operation(place) : notCarriedOut;
   });
@@ -112,6 +113,7 @@ bool Kartix::init(const std::string& changeuser, const std::string& personennumm
     // A start that fails or is refused must not leave the host with the person of an earlier one.
     Initialised_ = false;
     return exclusiveOf(component, this, "Function init", false, [&](const Calls::Turn& turn) {
+      component.runtime().reporting.forget();
       component.runtime().trace.TraceCall("Function init");
       const bool ready = start(component.workplace(), changeuser, personennummer);
       if (!turn.callerGone()) Initialised_ = ready;

@@ -1,10 +1,12 @@
 #include "component/Component.h"
 #include "component/HostObjects.h"
-#include "kartix/Automation.h"
+#include "component/HostSettings.h"
 #include "kartix/CFahrerkarte.h"
 #include "kartix/CPersonalien.h"
 #include "kartix/DBETXTDatabase.h"
+#include "kartix/Hosting.h"
 #include "kartix/Kartix.h"
+#include "kartix/ObjectClasses.h"
 #include "platform/FileSystem.h"
 #include "runtime/Runtime.h"
 
@@ -26,6 +28,16 @@ void useGatewayObjects() { Component::shared().useGatewayObjects(); }
 std::string imageFile(const std::string& name) {
   platform::FileSystem& files = Component::shared().runtime().machine.files;
   return files.findFile(name).value_or(files.nativePath(name));
+}
+
+bool useSettings(ReadSetting read, WriteSetting write) {
+  const auto settings = std::make_shared<HostSettings>(std::move(read), std::move(write));
+  return Component::prepareShared([&](Setup& setup) { setup.registry = settings; });
+}
+
+LastError lastError() {
+  const LastMessage& last = Component::shared().runtime().reporting.lastMessage();
+  return {last.number, last.text};
 }
 
 }  // namespace kartix

@@ -1,5 +1,7 @@
 #include "runtime/Reporting.h"
 
+#include <exception>
+
 #include "platform/HttpLibrary.h"
 #include "runtime/Global.h"
 #include "runtime/Trace.h"
@@ -16,12 +18,26 @@ constexpr std::int16_t notShown = -2;
 
 }  // namespace
 
+void Reporting::note(std::int32_t number, std::string_view text) noexcept {
+  try {
+    last_ = {number, std::string(text)};
+  } catch (const std::exception&) {
+    // To show the message matters more than to keep it.
+    last_ = {number, {}};
+  }
+}
+
 std::int16_t Reporting::show(const Message& message) {
   if (!window_) return notShown;
   return window_->showMessage(message);
 }
 
 bool Reporting::ErrorMsg(std::string_view message, std::string_view caption, bool critical) {
+  note(0, message);
+  return showError(message, caption, critical);
+}
+
+bool Reporting::showError(std::string_view message, std::string_view caption, bool critical) {
   trace_.TraceEnter("Global::ErrorMsg");
   trace_.TraceParam("message", message);
   trace_.TraceParam("caption", caption);
@@ -35,6 +51,7 @@ bool Reporting::ErrorMsg(std::string_view message, std::string_view caption, boo
 }
 
 bool Reporting::InfoMsg(std::string_view message, std::string_view caption) {
+  note(0, message);
   trace_.TraceEnter("Global::InfoMsg");
   trace_.TraceParam("message", message);
   trace_.TraceParam("caption", caption);
@@ -45,6 +62,7 @@ bool Reporting::InfoMsg(std::string_view message, std::string_view caption) {
 }
 
 std::int16_t Reporting::YesNoMsg(std::string_view message, std::string_view caption) {
+  note(0, message);
   trace_.TraceEnter("Global::YesNoMsg");
   trace_.TraceParam("message", message);
   trace_.TraceParam("caption", caption);
@@ -56,7 +74,8 @@ std::int16_t Reporting::YesNoMsg(std::string_view message, std::string_view capt
 
 bool Reporting::ReportError(std::int32_t number, std::string_view detail1, std::string_view detail2) {
   const CatalogueEntry entry = catalogueEntry(number, detail1, detail2, facts_ ? facts_() : OperationFacts{});
-  return ErrorMsg("(" + std::to_string(number) + ")\r\n" + entry.text, "ARGO Kartix: Fehler", entry.critical);
+  note(number, entry.text);
+  return showError("(" + std::to_string(number) + ")\r\n" + entry.text, "ARGO Kartix: Fehler", entry.critical);
 }
 
 void Reporting::ShowCommError(std::string_view source, std::int32_t code, std::string_view description) {
@@ -66,6 +85,7 @@ void Reporting::ShowCommError(std::string_view source, std::int32_t code, std::s
 }
 
 void Reporting::showSystemMessage(std::string_view text, std::string_view caption) {
+  note(0, text);
   if (window_) window_->showSystemMessage(text, caption);
 }
 

@@ -22,6 +22,12 @@ struct Message {
   std::string caption2;
 };
 
+/// What is kept of a message: its number in the catalogue, 0 without one, and its text.
+struct LastMessage {
+  std::int32_t number = 0;
+  std::string text;
+};
+
 /// Shows messages in windows of their own.
 class MessageWindow {
  public:
@@ -57,13 +63,22 @@ class Reporting {
 
   void showSystemMessage(std::string_view text, std::string_view caption);
 
+  /// The last message since `forget`, shown or not.
+  const LastMessage& lastMessage() const { return last_; }
+  /// A host's call begins.
+  void forget() { last_ = {}; }
+  /// Keeps a message, also one that cannot become a window; `number` as in the catalogue, 0 for none.
+  void note(std::int32_t number, std::string_view text) noexcept;
+
  private:
+  bool showError(std::string_view message, std::string_view caption, bool critical);
   std::int16_t show(const Message& message);
 
   Trace& trace_;
   Global& global_;
   MessageWindow* window_ = nullptr;
   std::function<OperationFacts()> facts_;
+  LastMessage last_;
 };
 
 /// Caption of information for the clerk.

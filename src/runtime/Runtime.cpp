@@ -61,6 +61,8 @@ void Runtime::missDisplay(const forms::Form& form, platform::UserInterface::Show
   const std::string line =
       std::string("Fenster ").append(form.name()).append(" kann nicht angezeigt werden: ").append(reason(why));
   trace.TraceLine(line, trace_level::calls);
+  // Of a message that nobody could see, the message is what counts.
+  if (reporting.lastMessage().text.empty()) reporting.note(0, line);
   // What the window's load handler switched on would stay on.
   machine.userInterface.setHourglass(false);
   if (displayMissed_) return;

@@ -8,7 +8,7 @@
 #include "gateway/Inquiry.h"
 #include "gateway/Notification.h"
 #include "gateway/Order.h"
-#include "kartix/Automation.h"
+#include "kartix/ObjectClasses.h"
 #include "platform/ObjectClasses.h"
 #include "runtime/Runtime.h"
 #include "support/Files.h"

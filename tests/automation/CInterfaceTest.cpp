@@ -1,0 +1,292 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <array>
+#include <filesystem>
+#include <iterator>
+#include <set>
+#include <vector>
+
+#include "automation/Surroundings.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/allocator_interface.h>
+#endif
+
+namespace kartix::test {
+namespace {
+
+using testing::HasSubstr;
+
+/// An object of one of the four classes.
+class Object {
+ public:
+  explicit Object(const char* name) { EXPECT_EQ(kartix_create(name, &number), KARTIX_OK) << kartix_error_text(); }
+  ~Object() { EXPECT_EQ(kartix_release(number), KARTIX_OK); }
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+
+  kartix_value call(const char* member, std::vector<kartix_value> arguments) {
+    kartix_value result = kartix_empty();
+    const auto count = static_cast<std::int32_t>(arguments.size());
+    EXPECT_EQ(kartix_call(number, member, arguments.data(), count, &result), KARTIX_OK) << kartix_error_text();
+    return result;
+  }
+  std::int64_t integer(const char* member, std::vector<kartix_value> arguments) {
+    const kartix_value result = call(member, std::move(arguments));
+    EXPECT_EQ(result.type, KARTIX_INTEGER) << member;
+    return result.as.integer;
+  }
+  std::string get(const char* member) {
+    kartix_value result = kartix_empty();
+    EXPECT_EQ(kartix_get(number, member, &result), KARTIX_OK) << kartix_error_text();
+    EXPECT_EQ(result.type, KARTIX_TEXT) << member;
+    return result.type == KARTIX_TEXT ? result.as.text : "";
+  }
+
+  kartix_object number = 0;
+};
+
+std::string lastError(std::int32_t& number) {
+  const char* text = nullptr;
+  EXPECT_EQ(kartix_last_error(&number, &text), KARTIX_OK);
+  return text;
+}
+
+class CInterface : public testing::Test {
+ protected:
+  CInterface() {
+    host.play("[]");
+    host.answers.clear();
+  }
+
+  /// One hit, which the clerk takes over.
+  void findOneCard() {
+    host.answers = {
+        {"DoAnfrage", "1"}, {"GetKartennummer", "DF000000000100"}, {"GetDatumAblaufGueltigkeit", "20281231"}};
+  }
+
+  Surroundings& host = Surroundings::ofProcess();
+};
+
+/// A value that fits the argument.
+kartix_value fitting(const kartix_argument& argument) {
+  if (argument.type == KARTIX_TEXT) return kartix_text("Frau");
+  return argument.type == KARTIX_BOOLEAN ? kartix_boolean(1) : kartix_integer(1);
+}
+
+/// Calls that the member must refuse, each with the code for it.
+std::vector<std::pair<std::vector<kartix_value>, std::int32_t>> misfits(const kartix_member& member,
+                                                                        const std::vector<kartix_value>& right) {
+  std::vector<std::pair<std::vector<kartix_value>, std::int32_t>> calls;
+  calls.emplace_back(right, KARTIX_WRONG_COUNT).first.push_back(kartix_text("mehr"));
+  const auto with = [&](std::int32_t i, kartix_value value, std::int32_t code) {
+    calls.emplace_back(right, code).first[static_cast<std::size_t>(i)] = value;
+  };
+  for (std::int32_t i = 0; i < member.count; ++i) {
+    const kartix_argument& argument = member.arguments[i];
+    with(i, argument.type == KARTIX_TEXT ? kartix_integer(1) : kartix_text("1"), KARTIX_WRONG_TYPE);
+    with(i, {17, {}}, KARTIX_WRONG_TYPE);
+    with(i, kartix_text("\xC3"), KARTIX_INVALID_TEXT);
+    with(i, kartix_text(nullptr), KARTIX_NULL_POINTER);
+    if (argument.bits > 0) with(i, kartix_integer(std::int64_t{1} << (argument.bits - 1)), KARTIX_OUT_OF_RANGE);
+    if (!argument.optional && argument.direction != KARTIX_OUT) with(i, kartix_empty(), KARTIX_WRONG_TYPE);
+  }
+  if (member.count > 0 && !member.arguments[member.count - 1].optional) {
+    calls.emplace_back(right, KARTIX_WRONG_COUNT).first.pop_back();
+  }
+  return calls;
+}
+
+void checkMember(const char* className, std::int32_t slot, const kartix_member& member) {
+  SCOPED_TRACE(std::string(className) + "." + member.name);
+  Object object(className);
+  std::vector<kartix_value> right;
+  for (std::int32_t i = 0; i < member.count; ++i) right.push_back(fitting(member.arguments[i]));
+  // The database is not to be looked for on another machine.
+  if (std::string(className) == "DBETXTDatabase" && member.count == 8) right[0] = kartix_text("");
+
+  for (auto& [arguments, code] : misfits(member, right)) {
+    const auto count = static_cast<std::int32_t>(arguments.size());
+    EXPECT_EQ(kartix_call_slot(object.number, slot, arguments.data(), count, nullptr), code) << kartix_error_text();
+    EXPECT_STRNE(kartix_error_text(), "");
+  }
+  kartix_value result = kartix_empty();
+  EXPECT_EQ(kartix_call_slot(object.number, slot, right.data(), member.count, &result), KARTIX_OK)
+      << kartix_error_text();
+  EXPECT_EQ(result.type, member.result);
+  if (member.kind == KARTIX_LET) {
+    EXPECT_EQ(kartix_let(object.number, member.name, kartix_text("Herr")), KARTIX_OK) << kartix_error_text();
+    EXPECT_EQ(object.get(member.name == std::string("abgabestatus") ? "argoabgabestatus" : member.name), "Herr");
+  } else if (member.kind == KARTIX_GET && member.count == 0) {
+    EXPECT_EQ(kartix_get(object.number, member.name, &result), KARTIX_OK) << kartix_error_text();
+    EXPECT_EQ(result.type, member.result);
+  } else {
+    EXPECT_EQ(object.call(member.name, right).type, member.result);
+  }
+}
+
+TEST_F(CInterface, CallsEveryMemberOfEveryClassByNameAndBySlotAndRefusesWhatDoesNotFit) {
+  const char* className = nullptr;
+  std::int32_t classes = 0;
+  for (; kartix_class_name(classes, &className) == KARTIX_OK; ++classes) {
+    std::set<std::pair<std::string, std::int32_t>> names;
+    kartix_member member;
+    std::int32_t slot = 1;
+    for (; kartix_describe(className, slot, &member) == KARTIX_OK; ++slot) {
+      checkMember(className, slot, member);
+      std::string lower;
+      for (const char* c = member.name; *c != 0; ++c) lower += static_cast<char>(std::tolower(*c));
+      // Hosts with automation of their own tell names apart without regard to case.
+      EXPECT_TRUE(names.emplace(lower, member.kind).second) << member.name;
+    }
+    Object object(className);
+    EXPECT_EQ(kartix_call_slot(object.number, slot, nullptr, 0, nullptr), KARTIX_UNKNOWN_MEMBER);
+    EXPECT_THAT(kartix_error_text(), HasSubstr(std::string(className) + " has no slot " + std::to_string(slot)));
+  }
+  EXPECT_EQ(classes, 4);
+}
+
+TEST_F(CInterface, TellsWhatIsWrongWithACall) {
+  Object kartix("Kartix");
+  Object database("DBETXTDatabase");
+  kartix_object released = 0;
+  ASSERT_EQ(kartix_create("CPersonalien", &released), KARTIX_OK);
+  ASSERT_EQ(kartix_release(released), KARTIX_OK);
+  kartix_value value = kartix_text("1");
+  const char* text = nullptr;
+  const kartix_host_class noCall{};
+  const kartix_settings noRead{};
+  const struct {
+    std::int32_t code;
+    std::int32_t expected;
+  } calls[] = {
+      {kartix_create("Kartiks", &released), KARTIX_UNKNOWN_CLASS},
+      {kartix_create(nullptr, &released), KARTIX_NULL_POINTER},
+      {kartix_create("Kartix", nullptr), KARTIX_NULL_POINTER},
+      {kartix_create("\xFF", &released), KARTIX_INVALID_TEXT},
+      {kartix_release(0), KARTIX_UNKNOWN_OBJECT},
+      {kartix_release(released), KARTIX_UNKNOWN_OBJECT},
+      {kartix_get(released, "familienname", &value), KARTIX_UNKNOWN_OBJECT},
+      {kartix_get(kartix.number, "Kartennr", &value), KARTIX_UNKNOWN_MEMBER},
+      {kartix_get(kartix.number, "init", &value), KARTIX_UNKNOWN_MEMBER},
+      {kartix_get(database.number, "Datafield", &value), KARTIX_WRONG_COUNT},
+      {kartix_get(kartix.number, "kartennr", nullptr), KARTIX_NULL_POINTER},
+      {kartix_let(kartix.number, "kartennr", value), KARTIX_UNKNOWN_MEMBER},
+      {kartix_call(kartix.number, nullptr, nullptr, 0, nullptr), KARTIX_NULL_POINTER},
+      {kartix_call(kartix.number, "ZKRAnfrage", nullptr, 1, nullptr), KARTIX_NULL_POINTER},
+      {kartix_call(kartix.number, "ZKRAnfrage", &value, -1, nullptr), KARTIX_WRONG_COUNT},
+      {kartix_call_slot(kartix.number, 0, nullptr, 0, nullptr), KARTIX_UNKNOWN_MEMBER},
+      {kartix_describe("Kartix", 1, nullptr), KARTIX_NULL_POINTER},
+      {kartix_class_name(-1, &text), KARTIX_UNKNOWN_CLASS},
+      {kartix_register_class(nullptr, nullptr), KARTIX_NULL_POINTER},
+      {kartix_register_class("Eigene.Klasse", &noCall), KARTIX_NULL_POINTER},
+      {kartix_use_settings(nullptr), KARTIX_NULL_POINTER},
+      {kartix_use_settings(&noRead), KARTIX_NULL_POINTER},
+      {kartix_last_error(nullptr, &text), KARTIX_NULL_POINTER},
+  };
+  for (const auto& call : calls) EXPECT_EQ(call.code, call.expected) << "call " << &call - calls;
+  EXPECT_STREQ(kartix_error_text(), "number is NULL");
+  // A text that is longer than what is kept of it ends between two characters.
+  const std::string longName = "x" + std::string(300, '?') + [] {
+    std::string umlauts;
+    for (int i = 0; i < 200; ++i) umlauts += "ü";
+    return umlauts;
+  }();
+  EXPECT_EQ(kartix_get(kartix.number, longName.c_str(), &value), KARTIX_UNKNOWN_MEMBER);
+  EXPECT_THAT(kartix_error_text(), testing::EndsWith("ü"));
+}
+
+TEST_F(CInterface, WritesBackWhatTheDatabaseAnswers) {
+  Object database("DBETXTDatabase");
+  const auto init =
+      database.call("init", {kartix_text(""), kartix_text(""), kartix_text(""), kartix_text(""),
+                             kartix_text(host.settings["FS.DBName"].c_str()), kartix_text(""), kartix_text("")});
+  EXPECT_EQ(init.as.boolean, 1);
+  EXPECT_EQ(database.integer("executeSQL", {kartix_text("create table t (a text, b text)"), kartix_boolean(1)}), 0);
+  database.call("addDatafield", {kartix_text("Müller")});
+  database.call("addDatafield", {kartix_text("O'Neil")});
+  EXPECT_EQ(database.integer("addDataset", {kartix_text("t")}), 0);
+
+  std::array<kartix_value, 2> query = {kartix_text("select b, a from t"), kartix_empty()};
+  kartix_value rows;
+  ASSERT_EQ(kartix_call(database.number, "query", query.data(), 2, &rows), KARTIX_OK) << kartix_error_text();
+  EXPECT_EQ(rows.as.integer, 1);
+  EXPECT_THAT(query[0].as.text, HasSubstr("O'Neil"));
+  const std::string cursor = query[1].as.text;
+  EXPECT_NE(cursor, "");
+  EXPECT_STREQ(database.call("Datafield", {kartix_integer(2)}).as.text, "Müller");
+
+  std::array<kartix_value, 2> next = {kartix_text("left over"), kartix_text(cursor.c_str())};
+  ASSERT_EQ(kartix_call(database.number, "queryNext", next.data(), 2, &rows), KARTIX_OK) << kartix_error_text();
+  EXPECT_LT(rows.as.integer, 0);
+  EXPECT_STREQ(next[0].as.text, "");
+  EXPECT_EQ(next[1].as.text, cursor.c_str()) << "an argument that is only read is left alone";
+  database.call("closeCursor", {kartix_text(cursor.c_str())});
+}
+
+constexpr const char* takeOver = R"({"window": "StartForm", "click": "Button[0]"},
+                                    {"window": "ZKR", "click": "Button[0]"})";
+
+TEST_F(CInterface, CarriesOutAnOperationWithObjectsAndSettingsOfTheHost) {
+  findOneCard();
+  host.play("[" + std::string(takeOver) + "]");
+  Object kartix("Kartix");
+  EXPECT_EQ(kartix.call("init", {kartix_text("Meier"), kartix_text("4711")}).as.boolean, 1);
+  EXPECT_EQ(kartix.integer("ZKRAnfrage", {kartix_text("1")}), 1);
+  EXPECT_EQ(kartix.get("kartennr"), "DF000000000100");
+  EXPECT_EQ(kartix.get("gueltigbis"), "31.12.2028");
+  EXPECT_EQ(host.objects, 0);
+  const kartix_settings again{&host, [](void*, const char*) -> const char* { return nullptr; }, nullptr};
+  EXPECT_EQ(kartix_use_settings(&again), KARTIX_TOO_LATE);
+}
+
+TEST_F(CInterface, TellsTheLastMessageOfAnOperation) {
+  host.answers = {{"!DoAnfrage", "Dienst antwortet nicht"}};
+  host.play(R"([{"window": "StartForm", "click": "Button[0]"}])");
+  Object kartix("Kartix");
+  std::int32_t number = -1;
+  kartix.call("init", {kartix_text("Meier"), kartix_text("4711")});
+  EXPECT_EQ(lastError(number), "");
+  EXPECT_EQ(number, 0);
+  EXPECT_EQ(kartix.integer("ZKRAnfrage", {kartix_text("1")}), -1);
+  EXPECT_THAT(lastError(number), HasSubstr("Dienst antwortet nicht"));
+  EXPECT_EQ(number, 2022);
+  kartix.call("init", {kartix_text("Meier"), kartix_text("4711")});
+  EXPECT_EQ(lastError(number), "");
+}
+
+std::size_t heapInUse() {
+#if defined(__SANITIZE_ADDRESS__)
+  return __sanitizer_get_current_allocated_bytes();
+#else
+  return mallinfo2().uordblks;
+#endif
+}
+
+std::ptrdiff_t openDescriptors() { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); }
+
+TEST_F(CInterface, NeedsNoMoreMemoryAndDescriptorsForMoreOperations) {
+  constexpr int warmUp = 20;
+  constexpr int operations = 200;
+  findOneCard();
+  const auto carryOut = [&](int times) {
+    for (int i = 0; i < times; ++i) {
+      host.play("[" + std::string(takeOver) + "]");
+      Object kartix("Kartix");
+      kartix.call("init", {kartix_text("Meier"), kartix_text("4711")});
+      ASSERT_EQ(kartix.integer("ZKRAnfrage", {kartix_text("1")}), 1) << i;
+      ASSERT_EQ(kartix.get("kartennr"), "DF000000000100");
+    }
+  };
+  carryOut(warmUp);
+  const std::size_t memory = heapInUse();
+  const auto descriptors = openDescriptors();
+  carryOut(operations);
+  EXPECT_LT(heapInUse(), memory + 20 * operations) << "bytes that stay, after " << operations << " operations";
+  EXPECT_EQ(openDescriptors(), descriptors);
+}
+
+}  // namespace
+}  // namespace kartix::test
