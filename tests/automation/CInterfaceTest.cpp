@@ -11,8 +11,10 @@
 #include "automation/Surroundings.h"
 
 #if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/allocator_interface.h>
 #endif
+
+/// Of the sanitizers' allocator; their header is not there with every compiler.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace kartix::test {
 namespace {
