@@ -48,6 +48,8 @@ HostDatabase::HostDatabase()
     store("FS", "DBPass", CryptLong("Datenbank-Passwort"));
     for (const std::string& statement : adapters::hostTableStatements()) execute(statement);
   }
+  open();
+  EXPECT_EQ(machine.messages.take(), std::vector<std::string>());
   runtime.ClerkName = "Ümit Größer-Sachbearbeiter";
   session.begin("4711");
 }
@@ -57,7 +59,6 @@ void HostDatabase::store(const std::string& section, const std::string& name, co
 }
 
 HostDatabase::~HostDatabase() {
-  EXPECT_EQ(machine.messages.take(), std::vector<std::string>()) << "messages that no test expects";
   if (!database_.empty()) server().execute("postgres", {"drop database " + database_});
 }
 
