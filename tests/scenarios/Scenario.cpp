@@ -35,7 +35,7 @@ void checkKeys(const Json& object, const std::string& kind) {
 /// `content` laid over what it extends.
 Json extended(Json content) {
   if (!content.contains("extends")) return content;
-  Json base = extended(Json::parse(readBytes(scenarioFile("base", content["extends"]))));
+  Json base = loadBase(content["extends"]);
   content.erase("extends");
   base.merge_patch(content);
   return base;
@@ -82,6 +82,8 @@ std::vector<Scenario> loadScenarios() {
   for (const fs::path& file : files) loadFile(file, scenarios);
   return scenarios;
 }
+
+Json loadBase(const std::string& name) { return extended(Json::parse(readBytes(scenarioFile("base", name)))); }
 
 fs::path scenarioFile(const std::string& folder, const std::string& name) {
   fs::path file = fs::path(KARTIX_SCENARIOS) / folder / name;

@@ -26,6 +26,9 @@ struct Scenario {
 /// All scenarios: one for each file, or for each of its cases.
 std::vector<Scenario> loadScenarios();
 
+/// What the file `name` of `base/` holds, with all that it extends put in.
+Json loadBase(const std::string& name);
+
 /// Where a file that a scenario names stands.
 std::filesystem::path scenarioFile(const std::string& folder, const std::string& name);
 

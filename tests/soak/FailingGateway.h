@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <mutex>
+#include <random>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "support/LoopbackServer.h"
+
+namespace kartix::test {
+
+enum class Kind { order, cancellation, notification, inquiry };
+
+/// What the gateway saw of an operation.
+struct Seen {
+  int taken = 0;           ///< how often the message was carried out
+  bool again = false;      ///< it came again although its first coming had not been answered with "log in"
+  bool refused = false;    ///< the last answer says that it was not carried out
+  bool asked = true;       ///< the next one is expected: none has come yet, or the last was answered with "log in"
+  std::string fault = {};  ///< what became of the last one
+};
+
+/// A gateway of register and personaliser that fails at every fifth request, in turn in each of its ways. Some of
+/// them come after the message was carried out, some before.
+class FailingGateway {
+ public:
+  explicit FailingGateway(unsigned seed);
+
+  std::string port() const { return server_.port(); }
+
+  /// The clerk begins operation `number`. Messages but inquiries carry `cardNumber(number)`.
+  void expect(std::size_t number, Kind kind);
+  static std::string cardNumber(std::size_t number);
+  /// Number that the personaliser gives to the card of an order.
+  static std::string newCardNumber(std::size_t number);
+
+  /// What was seen of each operation, once all are over.
+  std::map<std::size_t, Seen> seen();
+  /// How often each way of failing was taken.
+  std::map<std::string, int> faults();
+
+ private:
+  Reply replyTo(const RecordedRequest& request);
+  Reply logIn();
+  Reply carryOut(Kind kind, std::size_t number, Seen& seen);
+  bool failsNow() { return random_() % 5 == 0; }
+
+  std::mutex mutex_;
+  std::mt19937 random_;
+  std::size_t nextFault_ = 0;
+  std::map<std::size_t, Kind> kinds_;
+  std::size_t current_ = 0;
+  std::map<std::size_t, Seen> seen_;
+  std::map<std::string, int> faults_;
+  std::set<std::string> sessions_;
+  LoopbackServer server_;
+};
+
+}  // namespace kartix::test
