@@ -178,9 +178,9 @@ TEST_F(Command, DoctorSaysWhatToMend) {
   EXPECT_EQ(doctor.err, "");
   for (const char* expected :
        {"FAULT  settings: ZKR.KENZA is not set\n         -> kartix settings set ZKR.KENZA\n",
-         "FAULT  settings: the ini file cannot be written: ", "FAULT  database: has no table personalien: empty.db\n",
-         "note   certificate: expires on ", "FAULT  certificate: and key do not belong together\n",
-         "note   settings: ZEVIS.GATEWAYCert depends on the working directory: a.crt\n",
+        "FAULT  settings: the ini file cannot be written: ", "FAULT  database: has no table personalien: empty.db\n",
+        "note   certificate: expires on ", "FAULT  certificate: and key do not belong together\n",
+        "note   settings: ZEVIS.GATEWAYCert depends on the working directory: a.crt\n",
         "FAULT  gateway: 127.0.0.1:1: ", "FAULT  images: there is no directory gone\n"}) {
     EXPECT_THAT(doctor.out, HasSubstr(expected));
   }

@@ -70,16 +70,17 @@ TEST_F(GatewayCommand, AnAcceptedOrderWhoseAnswerIsLostStandsOnceAndIsTraced) {
     {"window": "Bestellung", "select": {"Combo[0]": "norm. Bestellung"}},
     {"window": "Bestellung", "click": "Button[0]"}, {"window": "MessageBox", "click": "Button[0]"},
     {"window": "MessageBox", "click": "Button[1]"}, {"window": "Bestellung", "click": "Button[1]"}])";
-  const std::string out = shell(
-      "kartix demo --dir d >demo; " KARTIX_COMMAND
-      " gateway --listen 127.0.0.1:0 --scenario order-accepted-then-closed --state state.json >said & "
-      "for i in $(seq 200); do [ -s said ] && break; sleep 0.05; done; "
-      "export KARTIX_REGISTRY=d/registry.reg; "
-      "for s in ZEVISPort=$(sed 's/.*://' said) FS.DBName=$PWD/d/host.db ZKR.ZEVISPass=geheim01 DebugLevel=1 "
-      "DebugFile=trace.txt; do kartix settings set ${s%%=*} ${s#*=}; done; "
-      "kartix run FahrerKartenBestellung --person 4713 --lfdnr 1 --clerk Meier --now 2014-11-14T09:30:00 "
-      "--script clerk.json --transcript t | grep -o '\"result\":-1'; kill $!; wait $!; "
-      "grep -c 'COM/-26' t; grep -o '\"4713/[0-9]*\"' state.json; grep -ac 'Ausgang unklar: Bestellung 4713/1' trace.txt");
+  const std::string out =
+      shell("kartix demo --dir d >demo; " KARTIX_COMMAND
+            " gateway --listen 127.0.0.1:0 --scenario order-accepted-then-closed --state state.json >said & "
+            "for i in $(seq 200); do [ -s said ] && break; sleep 0.05; done; "
+            "export KARTIX_REGISTRY=d/registry.reg; "
+            "for s in ZEVISPort=$(sed 's/.*://' said) FS.DBName=$PWD/d/host.db ZKR.ZEVISPass=geheim01 DebugLevel=1 "
+            "DebugFile=trace.txt; do kartix settings set ${s%%=*} ${s#*=}; done; "
+            "kartix run FahrerKartenBestellung --person 4713 --lfdnr 1 --clerk Meier --now 2014-11-14T09:30:00 "
+            "--script clerk.json --transcript t | grep -o '\"result\":-1'; kill $!; wait $!; "
+            "grep -c 'COM/-26' t; grep -o '\"4713/[0-9]*\"' state.json; grep -ac 'Ausgang unklar: Bestellung 4713/1' "
+            "trace.txt");
   EXPECT_EQ(out, "\"result\":-1\n1\n\"4713/1\"\n1\nstatus 0\n");
 }
 

@@ -1,6 +1,6 @@
-#include "adapters/qt/InputClock.h"
-
 #include <gtest/gtest.h>
+
+#include "adapters/qt/InputClock.h"
 
 namespace kartix::tests {
 namespace {
@@ -15,14 +15,13 @@ TEST(InputClock, KnowsHowLateAnEventIs) {
     int thought;  ///< how late it must be taken for
   };
   const std::vector<Event> events = {
-      {1'000, 40, 0},        // nothing to compare with yet
-      {1'100, 10, 0},        // the best until now
-      {1'200, 900, 890},     // waited for a handler
-      {1'400, 710, 700},     // with it
-      {400'000, 0, 0},       // the clocks stand as before, or nearly so
-      {461'000, 20, 20},     // late, or one of them has lost a little: the next minute tells
-      {522'000, 20, 0},
-      {522'100, 2000, 1980},
+      {1'000, 40, 0},     // nothing to compare with yet
+      {1'100, 10, 0},     // the best until now
+      {1'200, 900, 890},  // waited for a handler
+      {1'400, 710, 700},  // with it
+      {400'000, 0, 0},    // the clocks stand as before, or nearly so
+      {461'000, 20, 20},  // late, or one of them has lost a little: the next minute tells
+      {522'000, 20, 0},  {522'100, 2000, 1980},
   };
   // The display's clock begins anywhere, also shortly before it starts again from 0.
   for (const std::uint32_t begin : {500'000'000U, 0xFFFFFFFFU - 400'000U}) {

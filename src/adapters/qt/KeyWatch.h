@@ -57,7 +57,7 @@ class KeyWatch : public QObject {
 
   InputClock clock_;
   QHash<quint32, Key> keys_;
-  std::optional<Press> press_;                  ///< the last one
+  std::optional<Press> press_;                        ///< the last one
   std::optional<std::pair<quint32, quint64>> asked_;  ///< key and time of a press that came as a possible shortcut
 };
 

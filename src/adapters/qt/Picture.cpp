@@ -17,7 +17,7 @@ std::optional<QByteArray> readFile(const QString& name) {
   QFile file(name);
   // A pipe or a device could hold up the caller.
   if (!QFileInfo(name).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > largestFile) return std::nullopt;
-  QByteArray bytes = file.read(largestFile);
+  QByteArray bytes = file.read(file.size());
   if (bytes.isEmpty() || file.error() != QFile::NoError) return std::nullopt;
   return bytes;
 }
