@@ -14,10 +14,10 @@
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
+#include "common/LocalTimeText.h"
 #include "component/Component.h"
 #include "component/Dispatch.h"
 #include "host/Command.h"
-#include "host/LocalTimeText.h"
 #include "host/Operation.h"
 #include "host/RegistryFile.h"
 
@@ -90,8 +90,8 @@ class Surroundings {
 
   /// Once the component is gone: the exit status, with what went wrong on standard error.
   int finish(const Options& options) {
-    if (const auto mismatch = script_ ? script_->mismatch() : std::nullopt) {
-      std::cerr << "kartix: " << printable(options.script + ": " + *mismatch) << '\n';
+    if (const auto mismatch = script_ ? adapters::endPlay(*script_, &transcript_) : std::nullopt) {
+      std::cerr << "kartix: " << printable(options.script) << ": " << *mismatch << '\n';
       return exit_status::scriptDidNotFit;
     }
     if (recorded_ && !file_) throw CommandFailure("the transcript is incomplete: " + options.transcript);

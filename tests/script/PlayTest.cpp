@@ -75,7 +75,7 @@ class Play : public testing::Test {
     form->stubborn = stubborn;
     clerk->showModal(*form);
     EXPECT_FALSE(form->shown());
-    mismatch = script.mismatch().value_or("");
+    mismatch = endPlay(script, &transcript).value_or("");
   }
 
   /// The lines of the transcript, without those of `ready`.
@@ -149,9 +149,26 @@ TEST_F(Play, WhatDoesNotFitIsToldWithExpectedAndFound) {
        R"(step 2: expected to pick row 0 in window "Counter"; found the operation ended with 1 step(s) left)"},
   };
   for (const auto& [steps, expected] : cases) {
+    out.str("");
     play("[" + std::string(steps) + "]");
     EXPECT_THAT(mismatch, HasSubstr(expected));
+    EXPECT_THAT(out.str(), HasSubstr(R"({"event":"mismatch",)")) << expected;
   }
+}
+
+TEST_F(Play, AMismatchNamesWhatThereIs) {
+  play(R"([{"window":"Counter","click":"Button[0]"},{"window":"MessageBox","click":"Button[0]"}])");
+  EXPECT_THAT(mismatch, HasSubstr("\n  open windows: \"Counter\", \"MessageBox\""
+                                  "\n  controls of \"MessageBox\": \"Label1\", \"Button[1]\""));
+  EXPECT_THAT(out.str(),
+              HasSubstr(R"(found no control \"Button[0]\"","windows":["Counter","MessageBox"],"controls":{)"));
+  play(R"([{"window":"Counter","pick":7}])");
+  EXPECT_THAT(mismatch,
+              HasSubstr("\n  open windows: \"Counter\""
+                        "\n  controls of \"Counter\": \"Text[0]\", \"ZEVISPass\", \"XPOption[0]\", \"Combo[0]\", "
+                        "\"Liste\", \"Progress\", \"Button[0]\", \"Button[1]\" (disabled)"
+                        "\n  entries of \"Combo[0]\": \"Neu\", \"Reklamation\""
+                        "\n  row 0 of \"Liste\": \"a\", \"b\"\n  row 1 of \"Liste\": \"c\", \"d\""));
 }
 
 TEST_F(Play, AWindowThatRefusesItsCloseBoxIsTakenAwayInTheEnd) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "adapters/script/InputFile.h"
+#include "common/Text.h"
 
 namespace kartix::adapters {
 namespace {
@@ -84,7 +85,14 @@ std::string_view actionName(Step::Action action) {
   return found->first;
 }
 
-std::string inQuotes(std::string_view text) { return "\"" + std::string(text) + "\""; }
+std::string inQuotes(std::string_view text) {
+  std::string quoted = "\"";
+  for (std::size_t position = 0; position < text.size();) {
+    const char32_t c = text::nextCharacter(text, position);
+    text::append(quoted, c < 0x20 || (c >= 0x7F && c < 0xA0) ? U' ' : c);
+  }
+  return quoted + '"';
+}
 
 std::string describe(const Step& step) {
   std::string text(actionName(step.action));
@@ -129,10 +137,11 @@ const Step* Script::next() const {
   return &steps_[position_];
 }
 
-void Script::failAt(Place place, std::string_view expected, std::string_view found) {
-  if (failure_) return;
+bool Script::failAt(Place place, std::string_view expected, std::string_view found) {
+  if (failure_) return false;
   const std::string where = place < steps_.size() ? "step " + std::to_string(place + 1) : "after the last step";
   failure_ = where + ": expected " + std::string(expected) + "; found " + std::string(found);
+  return true;
 }
 
 std::optional<std::string> Script::mismatch() const {

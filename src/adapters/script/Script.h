@@ -49,12 +49,17 @@ class Script {
   /// Counts the next step as taken; gives its place.
   Place advance() { return position_++; }
 
-  /// The script does not fit: remembers the first pair of texts and gives up the remaining steps.
-  void fail(std::string_view expected, std::string_view found) { failAt(position_, expected, found); }
-  void failAt(Place place, std::string_view expected, std::string_view found);
+  /// The step at `place` does not fit, or a play that is to end does not: gives up the remaining steps. False when
+  /// the script had failed before; the first failure stays.
+  bool failAt(Place place, std::string_view expected, std::string_view found);
+  /// Place of the step to take next.
+  Place place() const { return position_; }
+
+  /// Adds to the words for the failure what there was in its place, in lines.
+  void addToFailure(std::string_view lines) { failure_->append(lines); }
 
   /// Once the play is over: what was expected and what was found, left-over steps included; nothing when every step
-  /// was taken.
+  /// was taken. One line, and indented ones for what there was.
   std::optional<std::string> mismatch() const;
 
  private:
@@ -66,6 +71,7 @@ class Script {
 /// The step in words: `click "Button[0]" in window "StartForm"`. Typed texts are left out.
 std::string describe(const Step& step);
 
+/// `text` in quotes, control characters as blanks: fit for a terminal.
 std::string inQuotes(std::string_view text);
 
 /// Name of the action as it stands in a script.

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "adapters/script/Present.h"
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
@@ -117,7 +118,7 @@ class ScriptUserInterface final : public platform::UserInterface {
 
   ShowResult showModal(forms::Form& form) override {
     if (attempts_ >= attemptsForPlay) {
-      script_.fail("the operation to end", "window " + inQuotes(form.name()) + " opening without end");
+      fail(form, script_.place(), "the operation to end", "window " + inQuotes(form.name()) + " opening without end");
       return ShowResult::noDisplay;
     }
     const Opened opened(*this, form);
@@ -128,7 +129,8 @@ class ScriptUserInterface final : public platform::UserInterface {
       if (const Step* step = script_.next()) {
         play(*step, form);
       } else if (++attempts_; ++closed > attemptsForWindow || attempts_ > attemptsForPlay) {
-        script_.fail("window " + inQuotes(form.name()) + " to close", "it stayed open, however often it was closed");
+        fail(form, script_.place(), "window " + inQuotes(form.name()) + " to close",
+             "it stayed open, however often it was closed");
         form.hide();
       } else {
         form.userClose();
@@ -181,7 +183,8 @@ class ScriptUserInterface final : public platform::UserInterface {
     if (options_.picture) {
       const std::string file = options_.picture(form);
       if (!file.empty() && !stage_->savePicture(form, file)) {
-        script_.fail("a picture of window " + inQuotes(form.name()), "it cannot be written to " + file);
+        fail(form, script_.place(), "a picture of window " + inQuotes(form.name()),
+             "it cannot be written to " + file);
       }
     }
     if (options_.pause.count() > 0) std::this_thread::sleep_for(options_.pause);
@@ -189,14 +192,20 @@ class ScriptUserInterface final : public platform::UserInterface {
 
   void play(const Step& step, forms::Form& form) {
     if (step.window != form.name()) {
-      script_.fail("to " + adapters::describe(step), describeWaiting(form));
+      fail(form, script_.place(), "to " + adapters::describe(step), describeWaiting(form));
       return;
     }
     if (transcript_) transcript_->step(step, form);
     // A step may open further windows, which take the steps after it: it counts as taken before it is carried out.
     const Script::Place place = script_.advance();
     const std::string reason = take(step, form);
-    if (!reason.empty()) script_.failAt(place, "to " + adapters::describe(step), reason);
+    if (!reason.empty()) fail(form, place, "to " + adapters::describe(step), reason);
+  }
+
+  void fail(const forms::Form& form, Script::Place place, const std::string& expected, const std::string& found) {
+    if (!script_.failAt(place, expected, found)) return;
+    if (transcript_) transcript_->mismatch(*script_.mismatch(), open_, form);
+    script_.addToFailure(describePresent(open_, form));
   }
 
   Script& script_;
@@ -217,6 +226,12 @@ std::function<std::string(const forms::Form&)> picturesIn(std::filesystem::path 
     const auto path = (dir / file).u8string();
     return {path.begin(), path.end()};
   };
+}
+
+std::optional<std::string> endPlay(const Script& script, Transcript* transcript) {
+  auto mismatch = script.mismatch();
+  if (mismatch && script.next() && transcript) transcript->mismatch(*mismatch);
+  return mismatch;
 }
 
 std::unique_ptr<platform::UserInterface> makeScriptUserInterface(Script& script, Transcript* transcript,

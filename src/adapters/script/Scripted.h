@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/ObjectClasses.h"
@@ -37,6 +38,9 @@ std::function<std::string(const forms::Form&)> picturesIn(std::filesystem::path 
 std::unique_ptr<platform::UserInterface> makeScriptUserInterface(Script& script, Transcript* transcript,
                                                                  platform::Stage* stage = nullptr,
                                                                  PlayOptions options = {});
+
+/// Once the play is over: what did not fit, if anything. Steps that were left over are told to the transcript too.
+std::optional<std::string> endPlay(const Script& script, Transcript* transcript);
 
 /// Writes the windows that `front` shows to a person to the transcript, without what the person does there.
 std::unique_ptr<platform::UserInterface> makeRecordingUserInterface(platform::UserInterface& front,

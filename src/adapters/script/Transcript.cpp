@@ -32,6 +32,12 @@ Json describeControl(const forms::Control& control) {
   return json;
 }
 
+Json describeControls(const forms::Form& form) {
+  Json controls = Json::object();
+  for (const forms::Control* control : form.controls()) controls[control->name()] = describeControl(*control);
+  return controls;
+}
+
 Json windowEvent(std::string_view event, const forms::Form& form) {
   return {{"event", event}, {"window", form.name()}};
 }
@@ -88,9 +94,7 @@ void Transcript::show(const forms::Form& form) {
 void Transcript::ready(const forms::Form& form) {
   Json event = windowEvent("ready", form);
   event["caption"] = form.caption();
-  Json controls = Json::object();
-  for (const forms::Control* control : form.controls()) controls[control->name()] = describeControl(*control);
-  event["controls"] = std::move(controls);
+  event["controls"] = describeControls(form);
   write(out_, event);
 }
 
@@ -108,6 +112,18 @@ void Transcript::progress(const forms::Form& form, int value, std::string_view t
 }
 
 void Transcript::hide(const forms::Form& form) { write(out_, windowEvent("hide", form)); }
+
+void Transcript::mismatch(std::string_view text, const std::vector<forms::Form*>& open, const forms::Form& form) {
+  Json event = windowEvent("mismatch", form);
+  event["text"] = text;
+  Json windows = Json::array();
+  for (const forms::Form* window : open) windows.push_back(window->name());
+  event["windows"] = std::move(windows);
+  event["controls"] = describeControls(form);
+  write(out_, event);
+}
+
+void Transcript::mismatch(std::string_view text) { write(out_, {{"event", "mismatch"}, {"text", text}}); }
 
 void Transcript::sound(std::string_view alias) { write(out_, {{"event", "sound"}, {"alias", alias}}); }
 

@@ -29,6 +29,10 @@ class Transcript {
   void step(const Step& step, const forms::Form& form);
   void progress(const forms::Form& form, int value, std::string_view text);
   void hide(const forms::Form& form);
+  /// The script did not fit what the clerk saw in `form`, the last of the `open` windows.
+  void mismatch(std::string_view text, const std::vector<forms::Form*>& open, const forms::Form& form);
+  /// The script did not fit, and no window was there.
+  void mismatch(std::string_view text);
 
   void sound(std::string_view alias);
 

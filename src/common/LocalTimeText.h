@@ -5,9 +5,9 @@
 
 #include "platform/Clock.h"
 
-namespace kartix::host {
+namespace kartix {
 
 /// The moment that `text` ("YYYY-MM-DDTHH:MM:SS") names; nothing when it has another form or is no such moment.
 std::optional<platform::LocalTime> parseLocalTime(std::string_view text);
 
-}  // namespace kartix::host
+}  // namespace kartix

@@ -1,11 +1,11 @@
-#include "host/LocalTimeText.h"
+#include "common/LocalTimeText.h"
 
 #include <chrono>
 #include <string>
 
 #include "common/Numbers.h"
 
-namespace kartix::host {
+namespace kartix {
 
 std::optional<platform::LocalTime> parseLocalTime(std::string_view text) {
   constexpr std::string_view shape = "dddd-dd-ddTdd:dd:dd";
@@ -26,4 +26,4 @@ std::optional<platform::LocalTime> parseLocalTime(std::string_view text) {
   return time;
 }
 
-}  // namespace kartix::host
+}  // namespace kartix
