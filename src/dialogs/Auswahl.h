@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
+#include "gateway/Inquiry.h"
 #include "platform/forms/Control.h"
 #include "platform/forms/Form.h"
 
@@ -16,9 +16,8 @@ class Auswahl : public forms::Form {
  public:
   explicit Auswahl(Workplace& workplace);
 
-  /// Shows the hits: each a line of seven fields ended by "|" as the inquiry makes them. Postcode and place stand in
-  /// one column.
-  void FillList(const std::vector<std::string>& rows);
+  /// Shows the hits. Postcode and place stand in one column.
+  void FillList(const Hits& hits);
 
   std::int16_t result = -1;  ///< 0 when a card was chosen, else -1
   std::string SelectedCard;  ///< its number

@@ -200,9 +200,9 @@ void StartForm::confirmRecord() {
   }
 }
 
-std::optional<std::string> StartForm::chooseHit(const HitLines& lines) {
+std::optional<std::string> StartForm::chooseHit(const Hits& hits) {
   Auswahl selection(workplace_);
-  selection.FillList(lines);
+  selection.FillList(hits);
   workplace_.runtime.showModal(selection);
   if (selection.result != 0) return std::nullopt;
   return selection.SelectedCard;

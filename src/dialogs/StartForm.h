@@ -19,7 +19,7 @@ class StartForm : public forms::Form, public InquiryWindow {
   explicit StartForm(Workplace& workplace);
 
   void setProgress(std::int16_t value, const std::string& text, bool smooth) override;
-  std::optional<std::string> chooseHit(const HitLines& lines) override;
+  std::optional<std::string> chooseHit(const Hits& hits) override;
 
   std::int32_t result = -1;  ///< 1 when the clerk has taken over a register record, else -1
 

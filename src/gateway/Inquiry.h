@@ -35,9 +35,18 @@ struct InquiryCriteria {
   std::string gort;   ///< place of birth
 };
 
-/// Lines of a hit list, each of seven fields ended by "|": card number, expiry date ("dd.mm.yyyy"), driving licence
-/// number, family name, first names, postcode, place.
-using HitLines = std::vector<std::string>;
+/// One hit of an inquiry that has several.
+struct Hit {
+  std::string card;
+  std::string expiry;  ///< "dd.mm.yyyy"
+  std::string licence;
+  std::string name;  ///< family name with the name parts before it
+  std::string firstNames;
+  std::string postcode;
+  std::string place;
+};
+
+using Hits = std::vector<Hit>;
 
 /// The window that an inquiry was started from.
 class InquiryWindow {
@@ -45,8 +54,8 @@ class InquiryWindow {
   virtual ~InquiryWindow() = default;
   /// Moves the progress bar to `value` (percent), step by step when `smooth`; an empty text leaves the status.
   virtual void setProgress(std::int16_t value, const std::string& text, bool smooth) = 0;
-  /// Lets the clerk choose a line: its card number, or nothing when the clerk cancelled.
-  virtual std::optional<std::string> chooseHit(const HitLines& lines) = 0;
+  /// Lets the clerk choose a hit: its card number, or nothing when the clerk cancelled.
+  virtual std::optional<std::string> chooseHit(const Hits& hits) = 0;
 };
 
 /// Inquiry in the register. True when a record has been taken over into the session's `ResultCard`; otherwise the
@@ -86,8 +95,8 @@ bool BuildZKRAnfrage(Runtime& runtime, KBAInterface& kba, platform::XmlDocument&
 Setters<InquiryCriteria> inquirySetters();
 
 /// The hits of a list answer, in its order.
-HitLines FillTrefferliste(Runtime& runtime, const platform::XmlDocument& answer);
+Hits FillTrefferliste(Runtime& runtime, const platform::XmlDocument& answer);
 /// The hits that an inquiry object holds.
-HitLines FillTrefferlisteCOM(Runtime& runtime, platform::AutomationObject& object);
+Hits FillTrefferlisteCOM(Runtime& runtime, platform::AutomationObject& object);
 
 }  // namespace kartix
