@@ -64,8 +64,7 @@ bool Mitteilung::startup() {
   ShowProgress(0, "Bereit", false);
   if (!takeCode()) return false;
   Textbox[1].setText(card.zkrstatus());
-  std::string remark = card.stext;
-  Textbox[0].setText(FlattenText(remark));
+  Textbox[0].setText(FlattenText(card.stext));
   return true;
 }
 
@@ -88,8 +87,7 @@ bool Mitteilung::takeCode() {
 }
 
 bool Mitteilung::send() {
-  std::string remark = Textbox[0].text();
-  workplace().session.OperationCard.stext = FlattenText(remark);
+  workplace().session.OperationCard.stext = FlattenText(Textbox[0].text());
   StatusNotification notification(exchange());
   return workplace().runtime.konfiguration.ZKRNeu ? notification.SendNotificationAutomation()
                                                   : notification.SendNotificationHttp();

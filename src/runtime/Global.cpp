@@ -81,11 +81,10 @@ std::string Global::DecryptLong(std::string_view stored) {
 
 std::string BlankIfEmpty(std::string_view value) { return value.empty() ? " " : std::string(value); }
 
-std::string FlattenText(std::string& text) {
-  for (const std::string_view separator : {"{{", "\r\n", "\r", "\n"}) {
-    text = text::replaceAll(text, separator, " ");
-  }
-  return text::trim(text);
+std::string FlattenText(std::string_view text) {
+  std::string flat(text);
+  for (const std::string_view separator : {"{{", "\r\n", "\r", "\n"}) flat = text::replaceAll(flat, separator, " ");
+  return text::trim(flat);
 }
 
 }  // namespace kartix

@@ -53,7 +53,7 @@ class Global {
 /// A single blank for an empty text, so that no column is written empty.
 std::string BlankIfEmpty(std::string_view value);
 
-/// Replaces "{{", CRLF, CR and LF in `text` by one blank each; returns the result trimmed of blanks.
-std::string FlattenText(std::string& text);
+/// `text` with "{{", CRLF, CR and LF as one blank each, without blanks at both ends.
+std::string FlattenText(std::string_view text);
 
 }  // namespace kartix
