@@ -5,6 +5,7 @@
 
 #include "adapters/sqlite/HostDatabase.h"
 #include "bench/Targets.h"
+#include "hostdb/Own.h"
 #include "kartix/DBETXTDatabase.h"
 
 namespace kartix::bench {
@@ -32,7 +33,7 @@ struct Host : Office {
   Host& operator=(const Host&) = delete;
 
   std::string file = (directory / "host.db").string();
-  DBETXTDatabase database{component.runtime()};
+  DBETXTDatabase database = Own::of<DBETXTDatabase>(component.runtime());
   sqlite3* bare = nullptr;
 };
 

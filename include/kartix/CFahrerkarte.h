@@ -8,6 +8,7 @@
 namespace kartix {
 
 class Runtime;
+struct Own;
 
 /// One driver card record: the host's data of a card and what the register says of it. All fields are UTF-8 text;
 /// dates are in database form "yyyymmdd".
@@ -18,8 +19,6 @@ class KARTIX_EXPORT CFahrerkarte {
  public:
   /// A record of the component that this process shares.
   CFahrerkarte();
-  /// A record of a component of its own.
-  explicit CFahrerkarte(Runtime& runtime);
 
   std::string lfdnr;     ///< running number within the person
   std::string kartennr;  ///< card number
@@ -74,6 +73,9 @@ class KARTIX_EXPORT CFahrerkarte {
   bool update(const std::string& skartennr, const std::string& spersonennummer);
 
  private:
+  friend struct Own;
+  explicit CFahrerkarte(Runtime& runtime);
+
   std::string CardKeyText() const;
   bool writeNew(const std::string& spersonennummer) const;
   bool writeChanges(const std::string& skartennr, const std::string& spersonennummer) const;

@@ -8,6 +8,7 @@
 namespace kartix {
 
 class Runtime;
+struct Own;
 
 /// Personal data of one person of the host database. All fields are UTF-8 text; dates are in database form
 /// "yyyymmdd".
@@ -25,8 +26,6 @@ class KARTIX_EXPORT CPersonalien {
  public:
   /// A record of the component that this process shares.
   CPersonalien();
-  /// A record of a component of its own.
-  explicit CPersonalien(Runtime& runtime);
 
   std::string personennummer = "0";  ///< key of the person in the host database
   std::string familienname;
@@ -55,6 +54,9 @@ class KARTIX_EXPORT CPersonalien {
   bool update(const std::string& spersonennummer);
 
  private:
+  friend struct Own;
+  explicit CPersonalien(Runtime& runtime);
+
   bool writeChanges(const std::string& spersonennummer) const;
 
   Runtime* runtime_;

@@ -9,6 +9,7 @@
 namespace kartix {
 
 class Runtime;
+struct Own;
 
 /// One connection to the host database: queries with named cursors, inserts from a list of values, statements.
 ///
@@ -27,8 +28,6 @@ class KARTIX_EXPORT DBETXTDatabase {
  public:
   /// A connection of the component that this process shares.
   DBETXTDatabase();
-  /// A connection of a component of its own.
-  explicit DBETXTDatabase(Runtime& runtime);
   ~DBETXTDatabase();
   DBETXTDatabase(const DBETXTDatabase&) = delete;
   DBETXTDatabase& operator=(const DBETXTDatabase&) = delete;
@@ -66,6 +65,9 @@ class KARTIX_EXPORT DBETXTDatabase {
   std::int16_t executeSQL(const std::string& sSql, bool commit = false);
 
  private:
+  friend struct Own;
+  explicit DBETXTDatabase(Runtime& runtime);
+
   std::int16_t openDatabase();
   void closeDatabase();
   std::int16_t execute(const std::string& statement, bool commit);

@@ -8,6 +8,7 @@
 namespace kartix {
 
 class Component;
+struct Own;
 class ResultReader;
 struct ResultProperty;
 
@@ -39,8 +40,6 @@ class KARTIX_EXPORT Kartix {
  public:
   /// An object of the component that this process shares. Opens the trace file when the settings ask for one.
   Kartix();
-  /// An object of a component of its own, which outlives it.
-  explicit Kartix(Component& component);
   /// Releases the records and closes the trace file, unless a call is running.
   ~Kartix();
   Kartix(const Kartix&) = delete;
@@ -91,6 +90,9 @@ class KARTIX_EXPORT Kartix {
   std::string abgabestatus() const;
 
  private:
+  friend struct Own;
+  explicit Kartix(Component& component);
+
   friend class ResultReader;
 
   std::string read(const ResultProperty& property) const;

@@ -1,6 +1,7 @@
 #include "component/Binding.h"
 #include "component/Component.h"
 #include "component/ResultProperties.h"
+#include "hostdb/Own.h"
 #include "kartix/CFahrerkarte.h"
 #include "kartix/CPersonalien.h"
 #include "kartix/DBETXTDatabase.h"
@@ -76,10 +77,10 @@ constexpr auto cardMembers =
 
 template <class T>
 std::shared_ptr<void> create(Component& component) {
-  if constexpr (std::is_constructible_v<T, Component&>) {
-    return std::make_shared<T>(component);
+  if constexpr (std::is_same_v<T, Kartix>) {
+    return Own::newOf<T>(component);
   } else {
-    return std::make_shared<T>(component.runtime());
+    return Own::newOf<T>(component.runtime());
   }
 }
 

@@ -5,6 +5,7 @@
 #include "common/Text.h"
 #include "hostdb/Fahrerkarten.h"
 #include "hostdb/HostStatements.h"
+#include "hostdb/Own.h"
 #include "hostdb/Session.h"
 #include "kartix/DBETXTDatabase.h"
 #include "runtime/Runtime.h"
@@ -33,7 +34,7 @@ bool ARGOInterface::load(std::string_view traceName, std::initializer_list<Step>
   runtime_.trace.TraceEnter(traceName);
   bool loaded = false;
   {
-    DBETXTDatabase db(runtime_);
+    auto db = Own::of<DBETXTDatabase>(runtime_);
     if (!openConfigured(runtime_, db)) {
       runtime_.reporting.ReportError(1000);
     } else {

@@ -7,6 +7,7 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "hostdb/HostStatements.h"
+#include "hostdb/Own.h"
 #include "kartix/DBETXTDatabase.h"
 #include "platform/Clock.h"
 #include "runtime/Guard.h"
@@ -83,7 +84,7 @@ bool CFahrerkarte::update(const std::string& skartennr, const std::string& spers
 
 bool CFahrerkarte::writeNew(const std::string& spersonennummer) const {
   if (!isPersonNumber(spersonennummer)) return false;
-  DBETXTDatabase database(*runtime_);
+  auto database = Own::of<DBETXTDatabase>(*runtime_);
   if (!openConfigured(*runtime_, database)) return false;
 
   const auto add = [&](std::string_view value, int times = 1) {
@@ -130,7 +131,7 @@ bool CFahrerkarte::writeChanges(const std::string& skartennr, const std::string&
   statement +=
       " where sonst1 = '" + text::replaceAll(skartennr, "'", "''") + "' and personennummer = " + spersonennummer;
 
-  DBETXTDatabase database(*runtime_);
+  auto database = Own::of<DBETXTDatabase>(*runtime_);
   if (!openConfigured(*runtime_, database)) return false;
   if (database.executeSQL(statement, true) != 0) return false;
   writeExchangeLog(*runtime_, database, spersonennummer, " ",

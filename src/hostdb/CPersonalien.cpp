@@ -2,6 +2,7 @@
 
 #include "common/Text.h"
 #include "hostdb/HostStatements.h"
+#include "hostdb/Own.h"
 #include "kartix/DBETXTDatabase.h"
 #include "runtime/Guard.h"
 #include "runtime/Runtime.h"
@@ -64,7 +65,7 @@ bool CPersonalien::writeChanges(const std::string& spersonennummer) const {
   statement.pop_back();
   statement += " where personennummer = " + spersonennummer;
 
-  DBETXTDatabase database(*runtime_);
+  auto database = Own::of<DBETXTDatabase>(*runtime_);
   if (!openConfigured(*runtime_, database)) return false;
   if (database.executeSQL(statement, true) != 0) return false;
   writeExchangeLog(*runtime_, database, spersonennummer, " ", "Aktualisierung Personalien aus ZKR nach ARGO");

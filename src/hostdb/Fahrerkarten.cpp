@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/Text.h"
+#include "hostdb/Own.h"
 #include "hostdb/Session.h"
 #include "runtime/Runtime.h"
 
@@ -21,7 +22,7 @@ void Fahrerkarten::addARGO(const std::string& antragsdatum, const std::string& a
   trace.TraceParam("gueltigbis", gueltigbis);
   trace.TraceParam("kartennr", kartennr);
   trace.TraceParam("kartennralt", kartennralt);
-  CFahrerkarte card(runtime_);
+  auto card = Own::of<CFahrerkarte>(runtime_);
   card.antragsdatum = antragsdatum;
   card.ausdatum = ausdatum;
   card.bestelldatum = bestelldatum;

@@ -1,18 +1,23 @@
 #include "hostdb/Session.h"
 
+#include "hostdb/Own.h"
 #include "runtime/Runtime.h"
 
 namespace kartix {
 
 Session::Session(Runtime& runtime)
-    : CurrentPerson(runtime), ScratchCard(runtime), ResultCard(runtime), OperationCard(runtime), runtime_(runtime) {
+    : CurrentPerson(Own::of<CPersonalien>(runtime)),
+      ScratchCard(Own::of<CFahrerkarte>(runtime)),
+      ResultCard(ScratchCard),
+      OperationCard(ScratchCard),
+      runtime_(runtime) {
   runtime.reporting.setOperationFacts([this] { return OperationFacts{CurrentPerson.personennummer, CurrentLfdnr}; });
 }
 
 void Session::reset() {
-  CurrentPerson = CPersonalien(runtime_);
-  ScratchCard = ResultCard = OperationCard = CFahrerkarte(runtime_);
-  CardList.assign(1, CFahrerkarte(runtime_));
+  CurrentPerson = Own::of<CPersonalien>(runtime_);
+  ScratchCard = ResultCard = OperationCard = Own::of<CFahrerkarte>(runtime_);
+  CardList.assign(1, Own::of<CFahrerkarte>(runtime_));
   CardCount = 0;
 }
 
@@ -24,7 +29,7 @@ void Session::begin(const std::string& personennummer) {
 
 void Session::beginOperation(const std::string& lfdnr) {
   // Not every field of a record that is loaded replaces what the one before had there.
-  if (OperationCard.lfdnr != lfdnr) OperationCard = CFahrerkarte(runtime_);
+  if (OperationCard.lfdnr != lfdnr) OperationCard = Own::of<CFahrerkarte>(runtime_);
   CurrentLfdnr = lfdnr;
 }
 

@@ -1,5 +1,6 @@
 #include "common/Text.h"
 #include "database/HostFixture.h"
+#include "hostdb/Own.h"
 #include "support/Files.h"
 
 namespace kartix::test {
@@ -13,7 +14,7 @@ class Connection : public HostDatabase {
   std::string openingMessage() {
     const Konfiguration& k = runtime.konfiguration;
     machine.messages.take();
-    DBETXTDatabase db(runtime);
+    auto db = Own::of<DBETXTDatabase>(runtime);
     const bool opened = db.init(k.ServerIP, k.ServerPort, k.SysUser, k.SysPass, k.DBName, k.DBUser, k.DBPass);
     const auto messages = machine.messages.take();
     EXPECT_EQ(messages.size(), opened ? 0U : 1U);
@@ -79,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(Engines, ServerConnection, testing::Values(Engine::post
 TEST_P(ServerConnection, ApplicationKeyIsNoPartOfThePassword) {
   const Konfiguration& k = runtime.konfiguration;
   const auto open = [&](const std::string& user, const std::string& password, const std::string& appkey) {
-    DBETXTDatabase db(runtime);
+    auto db = Own::of<DBETXTDatabase>(runtime);
     if (!db.init(k.ServerIP, k.ServerPort, user, password, k.DBName, k.DBUser, k.DBPass, appkey)) return -1;
     return count("pg_stat_activity where application_name = 'ARGO-Schluessel'");
   };

@@ -7,6 +7,7 @@
 #include "common/Scrambling.h"
 #include "database/PostgresServer.h"
 #include "hostdb/HostStatements.h"
+#include "hostdb/Own.h"
 
 namespace kartix::test {
 namespace {
@@ -63,7 +64,7 @@ HostDatabase::~HostDatabase() {
 }
 
 std::unique_ptr<DBETXTDatabase> HostDatabase::open() {
-  auto db = std::make_unique<DBETXTDatabase>(runtime);
+  auto db = Own::newOf<DBETXTDatabase>(runtime);
   EXPECT_TRUE(openConfigured(runtime, *db));
   return db;
 }

@@ -1,6 +1,7 @@
 #include "adapters/sqlite/Sqlite.h"
 #include "common/Text.h"
 #include "database/HostFixture.h"
+#include "hostdb/Own.h"
 
 namespace kartix::test {
 namespace {
@@ -33,7 +34,7 @@ class Records : public HostDatabase {
 INSTANTIATE_TEST_SUITE_P(Engines, Records, engines(), engineName);
 
 TEST_P(Records, PersonUpdateWritesItsFilledFields) {
-  CPersonalien person(runtime);
+  auto person = Own::of<CPersonalien>(runtime);
   person.familienname = "D'Angelo";
   person.geburtsname = "Đorđević";
   person.vornamen = "Anna Maria Luise";
@@ -71,7 +72,7 @@ TEST_P(Records, FirstNamesAreSplitAtTheFirstBlank) {
                         {"Anna   Maria ", "Anna", "Maria", "Anna Maria"},
                         {"Anna ", "Anna", " ", "Anna  "},
                         {" Anna", " ", "Anna", "  Anna"}}) {
-    CPersonalien person(runtime);
+    auto person = Own::of<CPersonalien>(runtime);
     person.vornamen = c.names;
     ASSERT_TRUE(person.update(" 4711 "));
     EXPECT_EQ(count("personalien where vorname = '" + c.first + "' and weiterevornamen = '" + c.rest +
@@ -83,7 +84,7 @@ TEST_P(Records, FirstNamesAreSplitAtTheFirstBlank) {
 
 TEST(Record, SalutationTakesWordsAndCodes) {
   TestMachine machine(adapters::makeSqliteDbe());
-  CPersonalien person(machine.runtime);
+  auto person = Own::of<CPersonalien>(machine.runtime);
   EXPECT_EQ(person.personennummer, "0");
   struct Case {
     std::string written, word, code;
@@ -102,15 +103,15 @@ TEST(Record, SalutationTakesWordsAndCodes) {
 }
 
 TEST_P(Records, NothingIsWrittenWithoutFieldsOrNumber) {
-  CPersonalien empty(runtime);
+  auto empty = Own::of<CPersonalien>(runtime);
   empty.fsnr = "FS2";
   EXPECT_FALSE(empty.update("4711"));
-  CFahrerkarte onlyNumber(runtime);
+  auto onlyNumber = Own::of<CFahrerkarte>(runtime);
   onlyNumber.lfdnr = "1";
   EXPECT_FALSE(onlyNumber.update("", "4711"));
-  CPersonalien person(runtime);
+  auto person = Own::of<CPersonalien>(runtime);
   person.familienname = "Neu";
-  CFahrerkarte card(runtime);
+  auto card = Own::of<CFahrerkarte>(runtime);
   card.kartennr = "DF1";
   for (const std::string& number : noNumbers) {
     EXPECT_FALSE(person.update(number)) << number;
@@ -123,7 +124,7 @@ TEST_P(Records, NothingIsWrittenWithoutFieldsOrNumber) {
 }
 
 TEST_P(Records, CardInsertFillsTheProcessingRecord) {
-  CFahrerkarte card(runtime);
+  auto card = Own::of<CFahrerkarte>(runtime);
   card.kartennr = "DF00000012345678";
   card.gueltigbis = "20270314";
   card.gueltigab = "2022031";
@@ -164,7 +165,7 @@ TEST_P(Records, CardInsertFillsTheProcessingRecord) {
 }
 
 TEST_P(Records, EmptyCardIsInsertedWithBlanks) {
-  ASSERT_TRUE(CFahrerkarte(runtime).insert("4711"));
+  ASSERT_TRUE(Own::of<CFahrerkarte>(runtime).insert("4711"));
   EXPECT_EQ(
       count("bearbeitung where datum02 = ' ' and datum03 = ' ' and sonst1 = ' ' and sonst2 = 'Aussteller:  - '"), 1);
   EXPECT_EQ(count("bearbeitung where sonst4 = 'am 00.00.0000 von  - '"), 1);
@@ -176,7 +177,7 @@ TEST_P(Records, CardUpdateFindsItsRecordByTheOldNumber) {
     insertRow("bearbeitung", 41, {{1, "4711"}, {6, "19990101"}, {9, "19990102"}, {16, number}});
   }
   insertRow("bearbeitung", 41, {{1, "4712"}, {16, "ALT'1"}});
-  CFahrerkarte card(runtime);
+  auto card = Own::of<CFahrerkarte>(runtime);
   card.kartennr = "NEU'2";
   card.gueltigab = "20220314";
   card.gueltigbis = "20270314";
@@ -194,9 +195,9 @@ TEST_P(Records, CardUpdateFindsItsRecordByTheOldNumber) {
 }
 
 TEST_P(Records, AFailedWriteLeavesNoLogRowAndAFailedLogDoesNotMatter) {
-  CFahrerkarte card(runtime);
+  auto card = Own::of<CFahrerkarte>(runtime);
   card.kartennr = "DF1";
-  CPersonalien person(runtime);
+  auto person = Own::of<CPersonalien>(runtime);
   person.titel = "Dr.";
   execute("alter table datenaustausch rename to weg");
   EXPECT_TRUE(card.insert("4711"));
@@ -223,16 +224,16 @@ TEST(Record, ThrowsNothingAtItsHost) {
   } broken;
   TestMachine machine(adapters::makeSqliteDbe());
   machine.runtime.reporting.setMessageWindow(&broken);
-  EXPECT_FALSE(DBETXTDatabase(machine.runtime).init("", "", "", "", "missing", "", ""));
-  CPersonalien person(machine.runtime);
+  EXPECT_FALSE(Own::of<DBETXTDatabase>(machine.runtime).init("", "", "", "", "missing", "", ""));
+  auto person = Own::of<CPersonalien>(machine.runtime);
   person.titel = "Dr.";
   EXPECT_FALSE(person.update("4711"));
-  EXPECT_FALSE(CFahrerkarte(machine.runtime).insert("4711"));
+  EXPECT_FALSE(Own::of<CFahrerkarte>(machine.runtime).insert("4711"));
 }
 
 TEST(Record, CardTellsItsStatus) {
   TestMachine machine(adapters::makeSqliteDbe());
-  CFahrerkarte card(machine.runtime);
+  auto card = Own::of<CFahrerkarte>(machine.runtime);
   struct Case {
     std::string code, text;
   };

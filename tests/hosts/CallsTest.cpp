@@ -9,6 +9,7 @@
 #include "adapters/settings/Settings.h"
 #include "adapters/sqlite/HostDatabase.h"
 #include "component/Component.h"
+#include "hostdb/Own.h"
 #include "hostdb/Session.h"
 #include "kartix/CFahrerkarte.h"
 #include "kartix/CPersonalien.h"
@@ -54,7 +55,7 @@ class Calls : public testing::Test {
     setup.userInterface = &clerk;
     setup.sounds = &clerk;
     component = std::make_unique<Component>(setup);
-    kartix = std::make_unique<Kartix>(*component);
+    kartix = Own::newOf<Kartix>(*component);
     EXPECT_TRUE(kartix->init("Meier", "4711"));
   }
 
@@ -71,7 +72,7 @@ class Calls : public testing::Test {
 };
 
 TEST_F(Calls, WhileOneRunsOthersAreRefusedAndTheSessionStays) {
-  auto other = std::make_unique<Kartix>(*component);
+  auto other = Own::newOf<Kartix>(*component);
   ASSERT_TRUE(other->init("Meier", "4711"));
   clerk.happens = [&] {
     component->session().ResultCard.kartennr = "DF1";
@@ -79,7 +80,7 @@ TEST_F(Calls, WhileOneRunsOthersAreRefusedAndTheSessionStays) {
     EXPECT_EQ(other->KartenStorno("2"), -1);
     EXPECT_FALSE(other->init("Schulz", "4712"));
     EXPECT_EQ(other->KartenMitteilung("2"), -1);
-    EXPECT_EQ(Kartix(*component).FahrerKartenBestellung("2"), -1);
+    EXPECT_EQ(Own::of<Kartix>(*component).FahrerKartenBestellung("2"), -1);
     other.reset();
     EXPECT_EQ(kartix->kartennr(), "DF1");
   };
@@ -111,27 +112,27 @@ TEST_F(Calls, AnObjectThatGoesInItsOwnOperationIsReleasedAfterwards) {
 }
 
 TEST_F(Calls, OnAnotherThreadAllAreRefused) {
-  DBETXTDatabase ours(component->runtime());
+  auto ours = Own::of<DBETXTDatabase>(component->runtime());
   ASSERT_TRUE(connect(ours));
-  auto left = std::make_unique<DBETXTDatabase>(component->runtime());
+  auto left = Own::newOf<DBETXTDatabase>(component->runtime());
   ASSERT_TRUE(connect(*left));
   ASSERT_EQ(left->executeSQL("insert into fahrerkarte (personennummer, lfdnr) values ('1', '1')"), 0);
   component->session().ResultCard.kartennr = "DF1";
   std::atomic<bool> done = false;
   std::thread thread([&] {
     {
-      Kartix third(*component);
+      auto third = Own::of<Kartix>(*component);
       EXPECT_FALSE(third.init("Schulz", "4712"));
       EXPECT_FALSE(kartix->init("Schulz", "4712"));
       EXPECT_EQ(kartix->ZKRAnfrage("1"), -1);
       EXPECT_EQ(kartix->kartennr(), "");
     }
-    CPersonalien person(component->runtime());
+    auto person = Own::of<CPersonalien>(component->runtime());
     person.titel = "Dr.";
     EXPECT_FALSE(person.update("4711"));
-    CFahrerkarte card(component->runtime());
+    auto card = Own::of<CFahrerkarte>(component->runtime());
     EXPECT_FALSE(card.insert("4711"));
-    DBETXTDatabase theirs(component->runtime());
+    auto theirs = Own::of<DBETXTDatabase>(component->runtime());
     EXPECT_FALSE(connect(theirs));
     EXPECT_EQ(ours.executeSQL("delete from fahrerkarte", true), -1);
     left.reset();

@@ -12,6 +12,7 @@
 #include "adapters/files/Files.h"
 #include "component/Component.h"
 #include "gateway/OrderBook.h"
+#include "hostdb/Own.h"
 #include "kartix/Kartix.h"
 #include "scenarios/Play.h"
 #include "soak/Clerk.h"
@@ -81,7 +82,7 @@ class Workstation {
     setup.http = http_.get();
     component_ = std::make_unique<Component>(setup);
     component_->useGatewayObjects();
-    kartix_ = std::make_unique<Kartix>(*component_);
+    kartix_ = Own::newOf<Kartix>(*component_);
   }
 
   void carryOut(Operation& operation) {

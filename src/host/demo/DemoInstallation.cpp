@@ -13,6 +13,7 @@
 #include "host/Command.h"
 #include "host/Settings.h"
 #include "host/demo/SampleImages.h"
+#include "hostdb/Own.h"
 #include "kartix/DBETXTDatabase.h"
 #include "platform/FileSystem.h"
 #include "platform/Registry.h"
@@ -154,7 +155,7 @@ void DemoInstallation::execute(const std::string& statement) const {
   Setup setup;
   setup.registryFile = registryFile();
   Component component(setup);
-  DBETXTDatabase database(component.runtime());
+  auto database = Own::of<DBETXTDatabase>(component.runtime());
   if (!database.init("", "", "", "", (directory_ / "host.db").string(), "", "") ||
       database.executeSQL(statement, true) != 0) {
     throw CommandFailure("the host database refuses: " + statement);
