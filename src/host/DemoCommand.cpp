@@ -82,6 +82,7 @@ class Demonstration {
                                      : "; there is no display, the clerk is played.\n");
     bool good = true;
     for (const Act& act : demoActs()) good = playAct(act) && good;
+    installation_.setAgain();
     tellOrders();
     return good;
   }

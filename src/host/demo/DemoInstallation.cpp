@@ -129,9 +129,14 @@ void DemoInstallation::set(const char* setting, const std::string& value) const 
   storeValue(*registry, known, known.secret ? CryptLong(value) : value);
 }
 
+void DemoInstallation::setAgain() const {
+  set("FS.DBName", (directory_ / "host.db").string());
+  set("ZKR.ZEVISPass", std::string(simulator::samplePassword));
+}
+
 void DemoInstallation::writeSettings() const {
   set("InfoDatei", (directory_ / "kartix.ini").string());
-  set("FS.DBName", (directory_ / "host.db").string());
+  setAgain();
   set("ZKR.KENZA", std::string(simulator::sampleAuthorityKey));
   set("ZKR.ZPPER", "argo-köln-17");
   set("ZKR.BehoerdeVorderseite", std::string(simulator::sampleAuthorityName));
@@ -140,7 +145,6 @@ void DemoInstallation::writeSettings() const {
   set("ZKR.BestellURI", simulator::paths::order);
   set("ZKR.MitteilungsURI", simulator::paths::notification);
   set("ZKR.ZEVISUserName", "kartix");
-  set("ZKR.ZEVISPass", std::string(simulator::samplePassword));
   set("ZKR.AllowPassChange", "1");
   set("ZEVIS.ZEVISAuthURI", simulator::paths::login);
   set("KODSImageDir", (directory_ / "images").string());

@@ -19,6 +19,9 @@ class DemoInstallation {
 
   /// Names a database in the settings that is not there.
   void loseDatabase() const { set("FS.DBName", (directory_ / "gone.db").string()); }
+  /// Sets again what acts of the demonstration change: what it leaves behind works with a gateway that has just
+  /// begun.
+  void setAgain() const;
 
   std::filesystem::path registryFile() const { return directory_ / "registry.reg"; }
   std::filesystem::path transcripts() const { return directory_ / "transcripts"; }
