@@ -208,6 +208,18 @@ KARTIX_EXPORT int32_t kartix_use_settings(const kartix_settings* settings);
    there was none. The text stays until the next call of this function on this thread. */
 KARTIX_EXPORT int32_t kartix_last_error(int32_t* number, const char** text);
 
+/** Lets a script play the clerk from now on, for the tests of a host. All three are files or texts that may be NULL:
+    the steps to take, as `man kartix` describes them; a file for what the clerk saw and did; "YYYY-MM-DDTHH:MM:SS",
+    from which the component's clock runs on. With none of them the windows come back. KARTIX_FAILED when the settings
+    store did not permit it at the component's first use (`TestClerk` = 1 in section "ZKR"), when something of it
+    cannot be used, or while a window is open. */
+KARTIX_EXPORT int32_t kartix_use_test_clerk(const char* script, const char* transcript, const char* now);
+
+/** Whether the script fits, once the operations that it is for are done: empty when all its steps were taken, else
+   what was expected, what was found, and the windows, controls, entries and rows that there were. The text stays
+   until the next call of this function on this thread. */
+KARTIX_EXPORT int32_t kartix_test_clerk_mismatch(const char** text);
+
 #ifdef __cplusplus
 }
 #endif

@@ -198,3 +198,24 @@ int32_t kartix_last_error(int32_t* number, const char** text) {
     *text = kept.c_str();
   });
 }
+
+int32_t kartix_use_test_clerk(const char* script, const char* transcript, const char* now) {
+  return answered([&] {
+    const auto given = [](const char* text, const char* what) {
+      return text ? std::string(textFrom(text, what)) : std::string();
+    };
+    const kartix::TestClerk clerk = {given(script, "script"), given(transcript, "transcript"), given(now, "now")};
+    if (kartix::useTestClerk(clerk)) return;
+    const std::string reason = kartix::testClerkMismatch();
+    throw Failure(KARTIX_FAILED, reason.empty() ? "a window is open" : reason);
+  });
+}
+
+int32_t kartix_test_clerk_mismatch(const char** text) {
+  return answered([&] {
+    thread_local std::string kept;
+    needed(text, "text");
+    kept = kartix::testClerkMismatch();
+    *text = kept.c_str();
+  });
+}

@@ -1,5 +1,7 @@
 #include "component/Component.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <mutex>
 
 #include "adapters/canberra/Canberra.h"
@@ -10,9 +12,11 @@
 #include "adapters/libxml2/LibXml.h"
 #include "adapters/postgres/Postgres.h"
 #include "adapters/qt/Qt.h"
+#include "adapters/script/TestClerk.h"
 #include "adapters/settings/Settings.h"
 #include "adapters/settings/UserFile.h"
 #include "adapters/sqlite/Sqlite.h"
+#include "common/Text.h"
 #include "component/HostObjects.h"
 #include "dialogs/MessageWindows.h"
 #include "dialogs/Workplace.h"
@@ -21,6 +25,7 @@
 #include "gateway/Login.h"
 #include "hostdb/ARGOInterface.h"
 #include "hostdb/Session.h"
+#include "kartix/Hosting.h"
 #include "objects/GatewayObjects.h"
 #include "platform/DbeLibrary.h"
 #include "platform/FileSystem.h"
@@ -76,6 +81,22 @@ std::unique_ptr<platform::HttpLibrary> transport(const Setup& setup) {
   return adapters::makeCurlHttp(options);
 }
 
+constexpr const char* notPermitted = "Die Einstellung ZKR.TestClerk erlaubt keinen Testsachbearbeiter";
+
+std::string environment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value ? value : "";
+}
+
+/// True when the settings store permits a test clerk. The ini file has no say: others than the administrator of this
+/// place may be able to write it.
+bool testClerkPermitted(platform::Registry& registry) {
+  const auto value = registry.RegQueryValueEx(std::string(productKey) + "ZKR", "TestClerk");
+  if (!value) return false;
+  return value->type == platform::RegistryValue::Type::dword ? value->number == 1
+                                                             : text::trim(text::untilNul(value->text)) == "1";
+}
+
 }  // namespace
 
 /// The machine, on which everything else stands.
@@ -89,9 +110,18 @@ struct Machine {
         userInterface(setup.userInterface, adapters::makeQtUserInterface),
         sounds(setup.sounds, adapters::makeCanberraSounds),
         wrappedObjects(setup.wrapObjects ? setup.wrapObjects(classes(setup)) : nullptr),
-        objects(wrappedObjects ? *wrappedObjects : classes(setup)) {}
+        objects(wrappedObjects ? *wrappedObjects : classes(setup)) {
+    if (setup.testClerk && testClerkPermitted(*registry)) {
+      testClerk.emplace(
+          adapters::TestClerk::Machine{*userInterface, *sounds, objects, *clock, adapters::makeSystemClock});
+    }
+  }
 
   platform::Platform parts() {
+    if (testClerk) {
+      auto& front = *testClerk;
+      return {*registry, *profileFiles, *files, *dbe, *http, *xml, *images, front, front, front, front};
+    }
     return {*registry, *profileFiles, *files, *dbe, *http, *xml, *images, objects, *userInterface, *sounds, *clock};
   }
 
@@ -110,6 +140,7 @@ struct Machine {
   HostObjects hostObjects;
   std::unique_ptr<platform::ObjectClasses> wrappedObjects;
   platform::ObjectClasses& objects;
+  std::optional<adapters::TestClerk> testClerk;
 };
 
 struct Component::Parts {
@@ -125,15 +156,30 @@ struct Component::Parts {
   Login login{runtime, kba, passwordChange};
   Workplace workplace{runtime, session, argo, kba, login};
   objects::GatewayObjects gatewayObjects{{runtime, session, kba, login}};
+  bool testClerkRefused = false;
 };
 
 Component::Component(const Setup& setup) : parts_(std::make_unique<Parts>(setup)) {}
 Component::~Component() = default;
 
+namespace {
+
+/// The component of this process, with the test clerk that its environment asks for.
+std::unique_ptr<Component> makeShared(Setup setup) {
+  setup.testClerk = true;
+  auto component = std::make_unique<Component>(setup);
+  const TestClerk clerk = {environment("KARTIX_SCRIPT"), environment("KARTIX_TRANSCRIPT"), environment("KARTIX_NOW")};
+  if (!clerk.script.empty() || !clerk.transcript.empty() || !clerk.now.empty()) component->useTestClerk(clerk);
+  std::atexit([] { Component::shared().endTestClerk(); });
+  return component;
+}
+
+}  // namespace
+
 Component& Component::shared() {
   SharedComponent& process = sharedComponent();
   const std::lock_guard lock(process.mutex);
-  if (!process.component) process.component = std::make_unique<Component>(process.setup);
+  if (!process.component) process.component = makeShared(process.setup);
   return *process.component;
 }
 
@@ -143,6 +189,28 @@ bool Component::prepareShared(const std::function<void(Setup&)>& change) {
   if (process.component) return false;
   change(process.setup);
   return true;
+}
+
+bool Component::useTestClerk(const TestClerk& clerk) {
+  auto& player = parts_->machine.testClerk;
+  if (player) return player->begin({clerk.script, clerk.transcript, clerk.now});
+  std::fprintf(stderr, "kartix: %s\n", notPermitted);
+  parts_->testClerkRefused = true;
+  traceTestClerk();
+  return false;
+}
+
+void Component::endTestClerk() noexcept {
+  if (auto& player = parts_->machine.testClerk) player->end();
+}
+
+void Component::traceTestClerk() {
+  if (parts_->testClerkRefused) parts_->runtime.trace.TraceLine(notPermitted, trace_level::calls);
+}
+
+std::string Component::testClerkMismatch() {
+  const auto& player = parts_->machine.testClerk;
+  return player ? player->mismatch() : notPermitted;
 }
 
 Runtime& Component::runtime() { return parts_->runtime; }

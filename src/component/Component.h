@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "platform/Clock.h"
 
@@ -22,6 +23,7 @@ namespace kartix {
 class HostObjects;
 class Runtime;
 class Session;
+struct TestClerk;
 struct Workplace;
 
 /// What a component is to work with. Whatever is left out is the real one of this machine; what is given outlives the
@@ -39,6 +41,7 @@ struct Setup {
   platform::DbeLibrary* dbe = nullptr;
   platform::HttpLibrary* http = nullptr;
   platform::XmlLibrary* xml = nullptr;
+  bool testClerk = false;  ///< a test clerk may stand in front of all this, where the settings store permits it
 };
 
 /// One component, put together: the machine, the runtime, the session, and the rooms above them.
@@ -64,6 +67,15 @@ class Component {
   HostObjects& hostObjects();
   /// From now on the component's own objects stand in for the classes that the host has not registered.
   void useGatewayObjects();
+
+  /// Lets `clerk` play from now on. False when it is not permitted, cannot be used or a window is open.
+  bool useTestClerk(const TestClerk& clerk);
+  /// What kept the test clerk from playing, or did not fit; empty when nothing did.
+  std::string testClerkMismatch();
+  /// The process ends: tells of steps that the test clerk has left.
+  void endTestClerk() noexcept;
+  /// Tells a trace file that has just been opened when a test clerk was asked for and not permitted.
+  void traceTestClerk();
 
  private:
   struct Parts;

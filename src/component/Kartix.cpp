@@ -92,6 +92,7 @@ Kartix::Kartix(Component& component) : component_(component) {
   exclusive(runtime, this, "Class_Initialize", 0, [&](const Calls::Turn&) {
     runtime.forgetDisplay();
     runtime.TraceOpen();
+    component_.traceTestClerk();
     return 0;
   });
 }

@@ -8,6 +8,7 @@
 #include "kartix/Kartix.h"
 #include "kartix/ObjectClasses.h"
 #include "platform/FileSystem.h"
+#include "runtime/Guard.h"
 #include "runtime/Runtime.h"
 
 // What a host creates without more words belongs to the component that its process shares.
@@ -38,6 +39,17 @@ bool useSettings(ReadSetting read, WriteSetting write) {
 LastError lastError() {
   const LastMessage& last = Component::shared().runtime().reporting.lastMessage();
   return {last.number, last.text};
+}
+
+bool useTestClerk(const TestClerk& clerk) {
+  Component& component = Component::shared();
+  return guarded(component.runtime(), "useTestClerk", false, [&] { return component.useTestClerk(clerk); });
+}
+
+std::string testClerkMismatch() {
+  Component& component = Component::shared();
+  return guarded(component.runtime(), "testClerkMismatch", std::string("called on another thread"),
+                 [&] { return component.testClerkMismatch(); });
 }
 
 }  // namespace kartix

@@ -194,6 +194,10 @@ Findings Installation::checkSettings() {
   checkIniFile(settings.InfoDatei, findings);
   const Findings paths = checkPaths();
   findings.insert(findings.end(), paths.begin(), paths.end());
+  if (storedValue(*parts_->registry, findSetting("ZKR.TestClerk")) == "1") {
+    findings.push_back(note(area, "scripts may play the clerk (ZKR.TestClerk): for test installations only",
+                            "kartix settings set ZKR.TestClerk 0"));
+  }
   const std::string account = settings.SektionKennung;
   const std::array<std::pair<std::string, const std::string*>, 9> needed = {
       {{"FS.DBName", &settings.DBName},

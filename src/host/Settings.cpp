@@ -28,7 +28,7 @@ std::vector<Setting> makeSettings() {
   add("FS", "DBPass", true);
   add("ZKR",
       "ZKRNeu Testsystem SektionKennung KENZA ZPPER AnfrageURI BestellURI MitteilungsURI BehoerdeVorderseite "
-      "BehoerdeRueckseite Bestellbuch");
+      "BehoerdeRueckseite Bestellbuch TestClerk");
   add("ZEVIS", "ZEVISServer ZEVISPort ZEVISAuthURI GATEWAY GATEWAYCert GATEWAYPkey");
   add("ZEVIS", "GATEWAYCertPass", true);
   add("ZEVIS", "SecureProxy DTDHost1 DTDHost2");

@@ -10,9 +10,6 @@
 
 #include "automation/Surroundings.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#endif
-
 /// Of the sanitizers' allocator; their header is not there with every compiler.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
