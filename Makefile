@@ -1,5 +1,5 @@
 # Every target is one line over scripts/ and the CMake presets. "make help" lists them.
-.PHONY: help build demo test bench format tidy install clean
+.PHONY: help build demo test bench format tidy install uninstall package clean
 
 build: ## Build the release preset: build/release/bin/kartix and the library
 	@scripts/build release
@@ -22,8 +22,14 @@ tidy: ## Look over every source file with clang-tidy
 install: build ## Install the release build; PREFIX (default /usr/local) and DESTDIR are heeded
 	@cmake --install build/release $(if $(PREFIX),--prefix $(PREFIX))
 
+uninstall: build ## Remove what "make install" with the same PREFIX and DESTDIR has installed
+	@PREFIX=$(PREFIX) DESTDIR=$(DESTDIR) scripts/uninstall
+
+package: ## Build Debian packages of library, development files and command: build/package/*.deb
+	@scripts/package
+
 clean: ## Remove everything that was built and the demonstration's files
 	@rm -rf build demo
 
 help: ## List the targets
-	@awk -F ':.*## ' '/^[a-z]+:.*## /{ printf "  make %-8s %s\n", $$1, $$2 }' $(MAKEFILE_LIST)
+	@awk -F ':.*## ' '/^[a-z]+:.*## /{ printf "  make %-9s %s\n", $$1, $$2 }' $(MAKEFILE_LIST)
