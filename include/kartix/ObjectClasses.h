@@ -1,18 +1,14 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
-#include <variant>
 #include <vector>
 
+#include "kartix/AutomationValue.h"
 #include "kartix/Export.h"
 
 namespace kartix {
-
-/// A value as it passes between the component and an automation object of the host. Texts are UTF-8.
-using AutomationValue = std::variant<std::monostate, bool, std::int64_t, double, std::string>;
 
 /// An automation object of the host application, called by member name.
 class KARTIX_EXPORT AutomationObject {

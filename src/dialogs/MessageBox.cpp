@@ -1,6 +1,7 @@
 #include "dialogs/MessageBox.h"
 
 #include <array>
+#include <exception>
 
 #include "platform/SoundPlayer.h"
 #include "runtime/Runtime.h"
@@ -67,7 +68,16 @@ void MessageBox::Setup(int buttons, int icon, const std::string& caption1, const
   if (icon >= 0 && static_cast<std::size_t>(icon) < sounds.size()) {
     SoundName_ = sounds.at(static_cast<std::size_t>(icon));
   }
-  if (!SoundName_.empty()) runtime_.machine.sounds.playSound(SoundName_);
+  if (!SoundName_.empty()) playSound();
+}
+
+void MessageBox::playSound() const {
+  try {
+    runtime_.machine.sounds.playSound(SoundName_);
+  } catch (const std::exception& failure) {
+    // The message matters, not its sound.
+    runtime_.trace.TraceLine({"Klang nicht abgespielt: ", failure.what()}, trace_level::calls);
+  }
 }
 
 SystemMessageBox::SystemMessageBox(std::string caption, std::string text)

@@ -23,8 +23,8 @@ class MessageBox : public forms::Form {
   /// 2 error, else none.
   void Setup(int buttons, int icon, const std::string& caption1, const std::string& caption2);
 
-  /// -2 while nothing has been pressed, 1 for button 0 and for "OK", 0 for button 1, -1 for button 2 and the close
-  /// box.
+  /// -2 while nothing has been pressed, and when it could not be shown, 1 for button 0 and for "OK", 0 for button 1,
+  /// -1 for button 2 and the close box.
   std::int16_t result = notPressed;
 
   forms::Label Label1{*this, "Label1"};
@@ -34,7 +34,6 @@ class MessageBox : public forms::Form {
  protected:
   void onLoad() override;
   void onCloseBox() override;
-  void onFailure() override { result = closed; }
 
  private:
   static constexpr std::int16_t notPressed = -2;
@@ -42,6 +41,7 @@ class MessageBox : public forms::Form {
 
   void press(int index);
   void lay(int index, bool visible, std::string_view caption);
+  void playSound() const;
 
   Runtime& runtime_;
   std::string SoundName_;

@@ -97,7 +97,8 @@ bool Delivery::refuseWithoutBook(const std::error_code& failure) const {
 bool Delivery::unclear() const {
   if (ended_) return false;
   const KBAInterface::Change change = context_.kba.lastChange();
-  if (road_ == Road::automation && change == KBAInterface::Change::none) return handedOver_;
+  // What an object has been answered is known here only when it says so.
+  if (road_ == Road::automation && change != KBAInterface::Change::incomplete) return handedOver_;
   return change == KBAInterface::Change::unanswered;
 }
 

@@ -100,12 +100,22 @@ std::optional<std::string> Login::takeAlternativeTo(const std::string& password)
   return alternative;
 }
 
-/// The gateway knows this password from now on.
-void Login::adopt(const std::string& password) {
-  unclear_.reset();
-  runtime_.konfiguration.SaveZEVISPass(password);
-  runtime_.konfiguration.ZEVISPass = password;
-  runtime_.reporting.InfoMsg("Das ZEVIS-Passwort wurde geändert.", hintCaption);
+/// The gateway knows `newPassword` from now on, whether that can be stored and told or not. One that could not be
+/// stored is tried when the former is refused.
+void Login::adopt(const std::string& formerPassword, const std::string& newPassword) {
+  try {
+    unclear_ = {runtime_.konfiguration.ZEVISUserName, formerPassword, newPassword};
+    runtime_.konfiguration.SaveZEVISPass(newPassword);
+    runtime_.konfiguration.ZEVISPass = newPassword;
+    unclear_.reset();
+  } catch (...) {
+    runtime_.trace.TraceLine("Neues ZEVIS-Passwort konnte nicht gespeichert werden", trace_level::calls);
+  }
+  try {
+    if (runtime_.reporting.InfoMsg("Das ZEVIS-Passwort wurde geändert.", hintCaption)) return;
+  } catch (...) {  // traced below
+  }
+  runtime_.trace.TraceLine("Meldung nicht angezeigt", trace_level::calls);
 }
 
 /// True when the clerk has entered a new password; else `result` is what the login comes to.
@@ -124,7 +134,8 @@ bool Login::askForChange(std::string& newPassword, std::int32_t& result) {
 }
 
 std::int32_t Login::ZEVISLogin(std::string password, std::string& returnText, std::string& newPassword) {
-  bool offered = false;  // `password` comes from a change in doubt
+  std::string former;  // the stored one, while `password` comes from a change in doubt
+  bool offered = false;
   for (;;) {
     const auto answer = ask(password, newPassword);
     if (!answer) return login_result::failed;
@@ -132,7 +143,7 @@ std::int32_t Login::ZEVISLogin(std::string password, std::string& returnText, st
     std::int32_t result = answer->RETC;
     // A confirmation that nobody asked for must not replace the stored password by an empty one.
     if (result == passwordChanged && !newPassword.empty()) {
-      adopt(newPassword);
+      adopt(password, newPassword);
       password = std::exchange(newPassword, {});
       offered = false;
       continue;
@@ -144,12 +155,12 @@ std::int32_t Login::ZEVISLogin(std::string password, std::string& returnText, st
         runtime_.reporting.ReportError(202, std::to_string(result), returnText);
         return login_result::refused;
       }
-      password = *alternative;
+      former = std::exchange(password, *alternative);
       if (newPassword == password) newPassword.clear();
       offered = true;
       continue;
     }
-    if (offered) adopt(password);
+    if (offered) adopt(former, password);
     offered = false;
     unclear_.reset();
     if (demanded) {

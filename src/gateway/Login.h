@@ -64,7 +64,7 @@ class Login {
   std::optional<Answer> ask(const std::string& password, const std::string& newPassword);
   void doubt(const std::string& password, const std::string& newPassword, std::string_view reason);
   std::optional<std::string> takeAlternativeTo(const std::string& password);
-  void adopt(const std::string& password);
+  void adopt(const std::string& formerPassword, const std::string& newPassword);
   bool askForChange(std::string& newPassword, std::int32_t& result);
 
   Runtime& runtime_;

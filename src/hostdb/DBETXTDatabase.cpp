@@ -1,5 +1,7 @@
 #include "kartix/DBETXTDatabase.h"
 
+#include <exception>
+
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "platform/DbeLibrary.h"
@@ -45,7 +47,13 @@ std::string padded(const std::string& statement, std::size_t size) {
 
 DBETXTDatabase::DBETXTDatabase(Runtime& runtime) : runtime_(runtime) {}
 
-DBETXTDatabase::~DBETXTDatabase() { closeDatabase(); }
+DBETXTDatabase::~DBETXTDatabase() {
+  try {
+    closeDatabase();
+  } catch (const std::exception& failure) {
+    runtime_.trace.TraceAbort("DBETXTDatabase::Class_Terminate", failure.what());
+  }
+}
 
 void DBETXTDatabase::closeDatabase() {
   // At the end of the process the client library may have gone already; the system closes what is open.

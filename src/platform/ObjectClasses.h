@@ -1,17 +1,17 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
+
+#include "kartix/AutomationValue.h"
 
 namespace kartix::platform {
 
 /// A value as it passes between the component and an automation object.
-using Value = std::variant<std::monostate, bool, std::int64_t, double, std::string>;
+using Value = AutomationValue;
 
 /// Raised when a class cannot be created or a member fails; `what()` is the system's text for the clerk.
 class AutomationError : public std::runtime_error {

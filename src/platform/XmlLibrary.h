@@ -31,7 +31,9 @@ class XmlDocument {
   /// Appends a child element holding one text node. Characters that XML cannot carry are left out.
   virtual XmlNode appendElement(XmlNode parent, std::string_view name, std::string_view text) = 0;
 
-  /// Elements that `xpath` selects, in document order, from `context` (or the document).
+  /// Elements to which `xpath` leads from `context` (or the document), in document order: steps "/name" to a child
+  /// and
+  /// "//name" to any descendant, the first one also as "name" or ".//name". No other form selects anything.
   virtual std::vector<XmlNode> selectNodes(std::string_view xpath, XmlNode context = nullptr) const = 0;
 
   /// Child elements of `parent` called `name`, in document order.

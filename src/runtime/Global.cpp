@@ -56,10 +56,14 @@ std::string Global::NullTrim(std::string_view text) {
 
 std::string Global::TodayDB() const { return moment::yyyymmdd(clock_.now()); }
 
-void Global::WaitCursor(bool onoff) {
+void Global::WaitCursor(bool onoff) noexcept {
   trace_.TraceEnter("Global::WaitCursor");
   trace_.TraceParam("onoff", onoff);
-  userInterface_.setHourglass(onoff);
+  try {
+    userInterface_.setHourglass(onoff);
+  } catch (...) {
+    trace_.TraceLine("Mauszeiger nicht gewechselt", trace_level::calls);
+  }
   trace_.TraceLeave("Global::WaitCursor");
 }
 

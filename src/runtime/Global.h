@@ -36,7 +36,8 @@ class Global {
 
   std::string TodayDB() const;  ///< "yyyymmdd"
 
-  void WaitCursor(bool onoff);
+  /// Never throws: a pointer that cannot change keeps nothing from its way.
+  void WaitCursor(bool onoff) noexcept;
   void CenterForm(forms::Form& form);
 
   /// Scrambling of stored passwords, traced without their values.

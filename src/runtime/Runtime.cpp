@@ -77,12 +77,14 @@ void Runtime::refuseThread(std::string_view call) noexcept {
   std::fprintf(stderr, "kartix: %.*s: abgewiesen, %s\n", static_cast<int>(call.size()), call.data(), why);
 }
 
-void Runtime::showModal(forms::Form& form) {
+void Runtime::showModal(forms::Form& form) noexcept {
   if (Calls::threadEnds()) return;
   form.load();
   if (form.failure().empty()) {
-    const auto result = machine.userInterface.showModal(form);
-    if (result != platform::UserInterface::ShowResult::ended) missDisplay(form, result);
+    form.protect([&] {
+      const auto result = machine.userInterface.showModal(form);
+      if (result != platform::UserInterface::ShowResult::ended) missDisplay(form, result);
+    });
   }
   if (!form.failure().empty()) {
     trace.TraceLine({"Fenster ", form.name(), " abgebrochen: ", form.failure()}, trace_level::calls);

@@ -26,10 +26,11 @@ class Runtime {
   /// Ends and closes the trace file when it is open, and tells the clerk.
   void TraceClose();
 
-  /// Loads `form` and shows it modally until it is hidden. A failure in one of its handlers, or that it cannot be
-  /// shown, is traced; the form then holds its failure value. That it cannot be shown is also told on standard error,
-  /// once until `forgetDisplay`. At the end of the process no window opens any more, without a word.
-  void showModal(forms::Form& form);
+  /// Loads `form` and shows it modally until it is hidden. A failure of a handler or of the front end, or that it
+  /// cannot be shown, is traced; the form then holds its failure value, unless it had been hidden before. That it
+  /// cannot be shown is also told on standard error, once until `forgetDisplay`. At the end of the process no window
+  /// opens any more, without a word.
+  void showModal(forms::Form& form) noexcept;
   /// A new host object begins: a missing display is worth telling again.
   void forgetDisplay() { displayMissed_ = false; }
 

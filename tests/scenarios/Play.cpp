@@ -111,12 +111,6 @@ Json stepOf(const Json& step) {
   return made;
 }
 
-adapters::Script makeScript(const Json& steps) {
-  Json script = Json::array();
-  for (const Json& step : steps) script.push_back(stepOf(step));
-  return adapters::Script::parse(script.dump());
-}
-
 platform::LocalTime parseTime(const std::string& text) {
   platform::LocalTime time;
   if (std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d", &time.year, &time.month, &time.day, &time.hour, &time.minute,
@@ -142,9 +136,17 @@ void callKartix(dispatch::Object& kartix, const Json& scenario, Outcome& outcome
 
 }  // namespace
 
-Installation::Installation(const Json& scenario)
+LoopbackServer::Script repliesOf(const Json& scenario) {
+  std::vector<Reply> made;
+  for (const Json& reply : part(scenario, "replies")) made.push_back(makeReply(reply));
+  return [made = std::move(made), next = std::size_t{0}](const RecordedRequest&) mutable {
+    return next < made.size() ? made[next++] : Reply{"", Reply::Then::close};
+  };
+}
+
+Installation::Installation(const Json& scenario, LoopbackServer::Script gateway)
     : names_({{"DIR", directory_.path().string()}, {"UNUSED", Listener().port()}}) {
-  startGateway(part(scenario, "gateway"), part(scenario, "replies"));
+  startGateway(part(scenario, "gateway"), gateway ? std::move(gateway) : repliesOf(scenario));
   scenario_ = substituteAll(scenario, names_);
   writeSettings();
   makeDatabase();
@@ -152,7 +154,7 @@ Installation::Installation(const Json& scenario)
   for (const auto& [name, content] : part(scenario_, "files").items()) writeBytes(directory_ / name, content);
 }
 
-void Installation::startGateway(const Json& gateway, const Json& replies) {
+void Installation::startGateway(const Json& gateway, LoopbackServer::Script script) {
   std::optional<TlsWishes> tls;
   if (gateway.contains("tls")) {
     authority_.emplace(directory_.path());
@@ -165,13 +167,7 @@ void Installation::startGateway(const Json& gateway, const Json& replies) {
         {"expired", authority_->issue("expired", {.validDays = -1})}};
     tls = TlsWishes{servers.at(gateway["tls"]), authority_->caFile()};
   }
-  std::vector<Reply> made;
-  for (const Json& reply : replies) made.push_back(makeReply(reply));
-  gateway_ = std::make_unique<LoopbackServer>(
-      [made, next = std::size_t{0}](const RecordedRequest&) mutable {
-        return next < made.size() ? made[next++] : Reply{"", Reply::Then::close};
-      },
-      tls);
+  gateway_ = std::make_unique<LoopbackServer>(std::move(script), tls);
   names_["PORT"] = gateway_->port();
   if (gateway.contains("proxy")) proxy_ = std::make_unique<ConnectProxy>(gateway["proxy"].get<std::string>());
   if (proxy_) names_["PROXY"] = proxy_->address();
@@ -228,11 +224,25 @@ void Installation::makeDatabase() const {
   execute("commit");
 }
 
+adapters::Script Installation::script() const {
+  Json steps = Json::array();
+  for (const Json& step : part(scenario_, "script")) steps.push_back(stepOf(step));
+  return adapters::Script::parse(steps.dump());
+}
+
+Setup Installation::setup() const {
+  Setup setup;
+  setup.registryFile = directory_ / "registry.reg";
+  setup.now = parseTime(scenario_.at("now"));
+  if (authority_) setup.caFile = authority_->caFile();
+  return setup;
+}
+
 Outcome Installation::play() {
-  adapters::Script script = makeScript(part(scenario_, "script"));
+  adapters::Script clerkScript = script();
   std::ostringstream seen;
   adapters::Transcript transcript(seen);
-  const auto clerk = adapters::makeScriptUserInterface(script, &transcript);
+  const auto clerk = adapters::makeScriptUserInterface(clerkScript, &transcript);
   const auto sounds = adapters::makeTranscriptSounds(transcript);
   const Json objects = part(scenario_, "objects");
   const bool scriptedObjects = objects != "gateway";
@@ -241,25 +251,22 @@ Outcome Installation::play() {
   OtherHttp http(faults.value("httpVersion", 0));
   const auto xml = adapters::makeLibXml(faults.value("xmlClasses", std::vector<std::string>()));
 
-  Setup setup;
-  setup.registryFile = directory_ / "registry.reg";
-  setup.now = parseTime(scenario_.at("now"));
-  if (authority_) setup.caFile = authority_->caFile();
-  setup.userInterface = clerk.get();
-  setup.sounds = sounds.get();
-  if (scriptedObjects) setup.objects = classes.get();
-  setup.wrapObjects = [&](auto& real) { return adapters::makeRecordingObjects(real, transcript); };
-  if (faults.contains("httpVersion")) setup.http = &http;
-  if (faults.contains("xmlClasses")) setup.xml = xml.get();
+  Setup parts = setup();
+  parts.userInterface = clerk.get();
+  parts.sounds = sounds.get();
+  if (scriptedObjects) parts.objects = classes.get();
+  parts.wrapObjects = [&](auto& real) { return adapters::makeRecordingObjects(real, transcript); };
+  if (faults.contains("httpVersion")) parts.http = &http;
+  if (faults.contains("xmlClasses")) parts.xml = xml.get();
 
   Outcome outcome;
   {
-    Component component(setup);
+    Component component(parts);
     component.useGatewayObjects();
     dispatch::Object kartix(dispatch::classNamed("Kartix"), component);
     callKartix(kartix, scenario_, outcome);
   }
-  outcome.scriptMismatch = script.mismatch();
+  outcome.scriptMismatch = clerkScript.mismatch();
   std::istringstream lines(seen.str());
   for (std::string line; std::getline(lines, line);) outcome.transcript.push_back(Json::parse(line));
   outcome.requests = gateway_->requests();

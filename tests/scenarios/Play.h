@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "adapters/script/Script.h"
+#include "component/Component.h"
 #include "scenarios/Scenario.h"
 #include "support/LoopbackServer.h"
 #include "support/TempDir.h"
@@ -24,12 +26,15 @@ struct Outcome {
   std::vector<std::string> tunnels;  ///< heads of the requests to the secure proxy
 };
 
+/// A gateway that answers as `replies` of a scenario says, and after the last of them no more.
+LoopbackServer::Script repliesOf(const Json& scenario);
+
 /// An installation made as a scenario says, in a directory of its own: settings store, ini file, host database and
 /// gateway, all real.
 class Installation {
  public:
-  /// Raises `BadScenario`.
-  explicit Installation(const Json& scenario);
+  /// Raises `BadScenario`. Without a `gateway` that of `repliesOf`.
+  explicit Installation(const Json& scenario, LoopbackServer::Script gateway = nullptr);
 
   /// The scenario with its names (`$DIR` and the like) replaced.
   const Json& scenario() const { return scenario_; }
@@ -38,13 +43,18 @@ class Installation {
   /// Lets the clerk carry out the operation, and lets the component go.
   Outcome play();
 
+  // The parts of a play, for those who put it together otherwise.
+  adapters::Script script() const;
+  /// Settings, clock and authorities; everything else is left to the caller.
+  Setup setup() const;
+
   /// A stored setting ("ZKR.KENZA"), unscrambled when it is a secret.
   std::string storedSetting(const std::string& path) const;
   std::string storedIni(const std::string& path) const;
   std::filesystem::path file(const std::string& name) const { return directory_ / name; }
 
  private:
-  void startGateway(const Json& gateway, const Json& replies);
+  void startGateway(const Json& gateway, LoopbackServer::Script script);
   void writeSettings() const;
   void makeDatabase() const;
 

@@ -38,6 +38,9 @@ TEST_F(Xml, AnswerIsReadWhateverEncodingItsDeclarationNames) {
   EXPECT_EQ(document->selectNodes("b", list).size(), 2U);
   EXPECT_EQ(document->nodeText(list), "Jörg1ä&");
   EXPECT_EQ(document->children(document->documentElement(), "b"), std::vector{found[2]});
+  EXPECT_EQ(document->selectNodes("//a/liste//b", list).size(), 2U);
+  EXPECT_EQ(document->selectNodes(".//b", list).size(), 2U);
+  EXPECT_THAT(document->selectNodes("/liste"), ::testing::IsEmpty());
   EXPECT_THAT(document->selectNodes("//B"), ::testing::IsEmpty());
   EXPECT_THAT(document->selectNodes("//b["), ::testing::IsEmpty());
   EXPECT_EQ(document->xml().find("<?xml version=\"1.0\"?><a><liste><b>Jörg</b>"), 0U);

@@ -1,25 +1,37 @@
 #include "adapters/curl/Exchange.h"
 
+#include "adapters/curl/Options.h"
+
 namespace kartix::adapters {
 namespace {
 
 constexpr std::string_view endOfHead = "\r\n\r\n";
 
+/// False when `take` is, or cannot go on. Nothing may be thrown through the library, which ends the transfer then.
+template <class Take>
+bool taken(Take take) noexcept {
+  try {
+    return take();
+  } catch (...) {
+    return false;
+  }
+}
+
 }  // namespace
 
 void Exchange::attach(CURL* easy) {
-  curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, onBegin);
-  curl_easy_setopt(easy, CURLOPT_PREREQDATA, this);
-  curl_easy_setopt(easy, CURLOPT_VERBOSE, 1L);
-  curl_easy_setopt(easy, CURLOPT_DEBUGFUNCTION, onTraffic);
-  curl_easy_setopt(easy, CURLOPT_DEBUGDATA, this);
-  curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
-  curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, onProgress);
-  curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
-  curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, onHeadLine);
-  curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
-  curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, onBody);
-  curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+  setOption(easy, CURLOPT_PREREQFUNCTION, onBegin);
+  setOption(easy, CURLOPT_PREREQDATA, this);
+  setOption(easy, CURLOPT_VERBOSE, 1L);
+  setOption(easy, CURLOPT_DEBUGFUNCTION, onTraffic);
+  setOption(easy, CURLOPT_DEBUGDATA, this);
+  setOption(easy, CURLOPT_NOPROGRESS, 0L);
+  setOption(easy, CURLOPT_XFERINFOFUNCTION, onProgress);
+  setOption(easy, CURLOPT_XFERINFODATA, this);
+  setOption(easy, CURLOPT_HEADERFUNCTION, onHeadLine);
+  setOption(easy, CURLOPT_HEADERDATA, this);
+  setOption(easy, CURLOPT_WRITEFUNCTION, onBody);
+  setOption(easy, CURLOPT_WRITEDATA, this);
 }
 
 int Exchange::onBegin(void* exchange, char*, char*, int, int) {
@@ -43,16 +55,18 @@ int Exchange::onTraffic(CURL*, curl_infotype type, char* data, std::size_t size,
   return 0;
 }
 
-void Exchange::noteSent(std::string_view bytes) {
+void Exchange::noteSent(std::string_view bytes) noexcept {
   if (!begun_) return;  // still talking to the secure proxy
-  sent_ += bytes.size();
-  if (headSize_ > 0) return;
   // The end of the head may be split between two calls, and the body may come along with it.
-  head_.append(bytes);
-  const auto end = head_.find(endOfHead);
-  if (end == std::string::npos) return;
-  headSize_ = end + endOfHead.size();
-  head_.clear();
+  for (std::size_t i = 0; headSize_ == 0 && i < bytes.size(); ++i) {
+    if (bytes[i] == endOfHead[endSeen_]) {
+      ++endSeen_;
+    } else {
+      endSeen_ = bytes[i] == endOfHead.front() ? 1 : 0;
+    }
+    if (endSeen_ == endOfHead.size()) headSize_ = sent_ + i + 1;
+  }
+  sent_ += bytes.size();
 }
 
 bool Exchange::answered() const {
@@ -68,12 +82,12 @@ int Exchange::onProgress(void* exchange, curl_off_t, curl_off_t, curl_off_t, cur
 
 std::size_t Exchange::onHeadLine(const char* data, std::size_t, std::size_t size, void* exchange) {
   auto& self = *static_cast<Exchange*>(exchange);
-  return self.answer.addHeadLine({data, size}) ? size : 0;
+  return taken([&] { return self.answer.addHeadLine({data, size}); }) ? size : 0;
 }
 
 std::size_t Exchange::onBody(const char* data, std::size_t, std::size_t size, void* exchange) {
   auto& self = *static_cast<Exchange*>(exchange);
-  return self.answer.addBody({data, size}) ? size : 0;
+  return taken([&] { return self.answer.addBody({data, size}); }) ? size : 0;
 }
 
 }  // namespace kartix::adapters

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <cstddef>
-#include <string>
 #include <string_view>
 
 #include "adapters/curl/Answer.h"
@@ -38,12 +37,12 @@ class Exchange {
   static std::size_t onHeadLine(const char* data, std::size_t, std::size_t size, void* exchange);
   static std::size_t onBody(const char* data, std::size_t, std::size_t size, void* exchange);
 
-  void noteSent(std::string_view bytes);
+  void noteSent(std::string_view bytes) noexcept;
 
   std::size_t bodySize_;
   std::chrono::seconds stallLimit_;
   std::chrono::steady_clock::time_point lastByte_;
-  std::string head_;
+  std::size_t endSeen_ = 0;   ///< how much of the request's head end the last bytes were
   std::size_t headSize_ = 0;  ///< of the request; 0 until all of the head has gone out
   std::size_t sent_ = 0;
   bool begun_ = false;

@@ -34,6 +34,11 @@ bool Handle::connectionEnds(std::chrono::milliseconds wait) const {
   return ::poll(&watched, 1, static_cast<int>(wait.count())) != 0;
 }
 
+HandlePool::HandlePool() {
+  // Room for all from the start: an answer must not be lost because its handle finds none.
+  idle_.reserve(mostIdle);
+}
+
 std::unique_ptr<Handle> HandlePool::takeIdle(const Route& route) {
   const std::scoped_lock lock(mutex_);
   const auto found =
@@ -80,7 +85,7 @@ std::unique_ptr<Handle> HandlePool::take(const Route& route, bool fresh) {
   return handle;
 }
 
-void HandlePool::giveBack(std::unique_ptr<Handle> handle, const KeepPromise& promise) {
+void HandlePool::giveBack(std::unique_ptr<Handle> handle, const KeepPromise& promise) noexcept {
   curl_easy_reset(handle->easy());  // keeps connections, TLS sessions and looked-up names
   handle->tlsEvents = {};
   handle->answeredAt = std::chrono::steady_clock::now();

@@ -71,10 +71,12 @@ class Handle {
 /// seen to keep one for a while; a server that has ended one unannounced gets a new connection for every request.
 class HandlePool {
  public:
+  HandlePool();
+
   /// A handle that was last used on `route`, or a new one, with its permission. `fresh` forbids a kept connection.
   std::unique_ptr<Handle> take(const Route& route, bool fresh);
   /// Takes back a handle whose request was answered; after a failure it is of no more use.
-  void giveBack(std::unique_ptr<Handle> handle, const KeepPromise& promise);
+  void giveBack(std::unique_ptr<Handle> handle, const KeepPromise& promise) noexcept;
   /// The server has ended a kept connection unannounced.
   void noteUnannouncedEnd(const Handle& handle) { learn(handle, Habit::ends); }
 

@@ -3,9 +3,13 @@
 #include <openssl/ssl.h>
 
 #include <algorithm>
+#include <atomic>
+#include <exception>
+#include <new>
 #include <utility>
 
 #include "adapters/curl/Errors.h"
+#include "adapters/curl/Options.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
 
@@ -50,7 +54,9 @@ void add(HeaderList& list, const std::string& line) {
 
 /// Index of the handle among the data that a TLS context carries.
 int handleIndex() {
-  static const int index = SSL_CTX_get_ex_new_index(0, nullptr, nullptr, nullptr, nullptr);
+  static std::atomic<int> index = -1;
+  // Tried again after a failure. Of two that are made at once one stays unused.
+  if (index < 0) index = SSL_CTX_get_ex_new_index(0, nullptr, nullptr, nullptr, nullptr);
   return index;
 }
 
@@ -79,7 +85,7 @@ struct TlsExtras {
 CURLcode onTlsContext(CURL*, void* context, void* extras) {
   auto* const tls = static_cast<SSL_CTX*>(context);
   const auto& [handle, caFile] = *static_cast<TlsExtras*>(extras);
-  SSL_CTX_set_ex_data(tls, handleIndex(), handle);
+  if (SSL_CTX_set_ex_data(tls, handleIndex(), handle) != 1) return CURLE_OUT_OF_MEMORY;
   SSL_CTX_set_info_callback(tls, onTlsEvent);
   SSL_CTX_set_client_cert_cb(tls, onCertificateWanted);
   if (!caFile.empty() && SSL_CTX_load_verify_file(tls, caFile.c_str()) != 1) return CURLE_SSL_CACERT_BADFILE;
@@ -142,40 +148,40 @@ HeaderList Request::requestHeaders() const {
 }
 
 void Request::prepareHttp(CURL* easy, curl_slist* headers) {
-  curl_url_set(url_.get(), CURLUPART_SCHEME, tls_ ? "https" : "http", 0);
-  curl_easy_setopt(easy, CURLOPT_CURLU, url_.get());
-  curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-  curl_easy_setopt(easy, CURLOPT_REQUEST_TARGET, path_.c_str());
-  curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers);
-  curl_easy_setopt(easy, CURLOPT_HTTP_CONTENT_DECODING, 0L);
+  if (curl_url_set(url_.get(), CURLUPART_SCHEME, tls_ ? "https" : "http", 0) != CURLUE_OK) throw std::bad_alloc();
+  setOption(easy, CURLOPT_CURLU, url_.get());
+  setOption(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+  setOption(easy, CURLOPT_REQUEST_TARGET, path_.c_str());
+  setOption(easy, CURLOPT_HTTPHEADER, headers);
+  setOption(easy, CURLOPT_HTTP_CONTENT_DECODING, 0L);
   if (post_) {
-    curl_easy_setopt(easy, CURLOPT_POST, 1L);
-    curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body_.size()));
-    curl_easy_setopt(easy, CURLOPT_POSTFIELDS, body_.data());
+    setOption(easy, CURLOPT_POST, 1L);
+    setOption(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body_.size()));
+    setOption(easy, CURLOPT_POSTFIELDS, body_.data());
   }
-  if (!cookies_.empty()) curl_easy_setopt(easy, CURLOPT_COOKIE, cookies_.c_str());
-  curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(Answer::bodyLimit));
-  curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, static_cast<long>(options_.connectSeconds));
-  curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, static_cast<long>(KeepPromise::longestIdle.count()));
-  curl_easy_setopt(easy, CURLOPT_MAXCONNECTS, 1L);
-  curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
-  curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+  if (!cookies_.empty()) setOption(easy, CURLOPT_COOKIE, cookies_.c_str());
+  setOption(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(Answer::bodyLimit));
+  setOption(easy, CURLOPT_CONNECTTIMEOUT, static_cast<long>(options_.connectSeconds));
+  setOption(easy, CURLOPT_MAXAGE_CONN, static_cast<long>(KeepPromise::longestIdle.count()));
+  setOption(easy, CURLOPT_MAXCONNECTS, 1L);
+  setOption(easy, CURLOPT_TCP_KEEPALIVE, 1L);
+  setOption(easy, CURLOPT_NOSIGNAL, 1L);
 }
 
 void Request::prepareTls(Handle& handle) {
   CURL* const easy = handle.easy();
-  curl_easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-  curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, 1L);
-  curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, 2L);
+  setOption(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+  setOption(easy, CURLOPT_SSL_VERIFYPEER, 1L);
+  setOption(easy, CURLOPT_SSL_VERIFYHOST, 2L);
   if (certificate_.empty()) return;
-  curl_easy_setopt(easy, CURLOPT_SSLCERT, certificate_.c_str());
-  if (!key_.empty()) curl_easy_setopt(easy, CURLOPT_SSLKEY, key_.c_str());
+  setOption(easy, CURLOPT_SSLCERT, certificate_.c_str());
+  if (!key_.empty()) setOption(easy, CURLOPT_SSLKEY, key_.c_str());
   // Also when it is empty: without a phrase OpenSSL would ask for one on the terminal.
-  curl_easy_setopt(easy, CURLOPT_KEYPASSWD, phrase_.c_str());
+  setOption(easy, CURLOPT_KEYPASSWD, phrase_.c_str());
 }
 
 bool Request::prepareProxy(CURL* easy, curl_slist* headers) {
-  curl_easy_setopt(easy, CURLOPT_PROXY, "");  // empty: none, not the environment's
+  setOption(easy, CURLOPT_PROXY, "");  // empty: none, not the environment's
   if (!proxy_) return true;
   const std::string address = text::trim(*proxy_);
   const auto colon = address.rfind(':');
@@ -184,17 +190,25 @@ bool Request::prepareProxy(CURL* easy, curl_slist* headers) {
   if (!setHost(url.get(), std::string_view(address).substr(0, colon), std::string_view(address).substr(colon + 1))) {
     return false;
   }
-  curl_easy_setopt(easy, CURLOPT_PROXY, address.c_str());
-  curl_easy_setopt(easy, CURLOPT_PROXYTYPE, static_cast<long>(CURLPROXY_HTTP));
-  curl_easy_setopt(easy, CURLOPT_NOPROXY, "");  // no exceptions from the environment either
-  curl_easy_setopt(easy, CURLOPT_HTTPPROXYTUNNEL, 1L);
-  curl_easy_setopt(easy, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE));
-  curl_easy_setopt(easy, CURLOPT_PROXYHEADER, headers);
-  curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  setOption(easy, CURLOPT_PROXY, address.c_str());
+  setOption(easy, CURLOPT_PROXYTYPE, static_cast<long>(CURLPROXY_HTTP));
+  setOption(easy, CURLOPT_NOPROXY, "");  // no exceptions from the environment either
+  setOption(easy, CURLOPT_HTTPPROXYTUNNEL, 1L);
+  setOption(easy, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE));
+  setOption(easy, CURLOPT_PROXYHEADER, headers);
+  setOption(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   return true;
 }
 
 std::int32_t Request::TESSELHTTPsend() {
+  try {
+    return send();
+  } catch (const std::exception&) {
+    return http_error::unknown;
+  }
+}
+
+std::int32_t Request::send() {
   exchange_.emplace(body_.size(), std::chrono::seconds(options_.stallSeconds));
   std::unique_ptr<Handle> handle = pool_->take(route(), fresh_);
   const std::int32_t outcome = perform(*handle);
@@ -214,12 +228,12 @@ std::int32_t Request::perform(Handle& handle) {
   TlsExtras extras{&handle, options_.caFile.string()};
 
   exchange_->attach(easy);
-  curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, handle.permission.reuse ? 0L : 1L);
-  curl_easy_setopt(easy, CURLOPT_FORBID_REUSE, handle.permission.keep ? 0L : 1L);
+  setOption(easy, CURLOPT_FRESH_CONNECT, handle.permission.reuse ? 0L : 1L);
+  setOption(easy, CURLOPT_FORBID_REUSE, handle.permission.keep ? 0L : 1L);
   prepareHttp(easy, headers.get());
   prepareTls(handle);
-  curl_easy_setopt(easy, CURLOPT_SSL_CTX_FUNCTION, onTlsContext);
-  curl_easy_setopt(easy, CURLOPT_SSL_CTX_DATA, &extras);
+  setOption(easy, CURLOPT_SSL_CTX_FUNCTION, onTlsContext);
+  setOption(easy, CURLOPT_SSL_CTX_DATA, &extras);
   if (!prepareProxy(easy, proxyHeaders.get())) return http_error::secureProxyNotReachable;
 
   const CURLcode result = curl_easy_perform(easy);

@@ -48,6 +48,7 @@ class Request final : public platform::HttpRequest {
   void prepareTls(Handle& handle);
   bool prepareProxy(CURL* easy, curl_slist* headers);
   HeaderList requestHeaders() const;
+  std::int32_t send();
   std::int32_t perform(Handle& handle);
 
   CurlOptions options_;

@@ -3,12 +3,12 @@
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/xmlsave.h>
-#include <libxml/xpath.h>
-#include <libxml/xpathInternals.h>
 
 #include <limits>
 #include <new>
+#include <stdexcept>
 
+#include "adapters/libxml2/Path.h"
 #include "common/Text.h"
 
 namespace kartix::adapters {
@@ -48,7 +48,24 @@ void noDefaultValue(void* context, const xmlChar*, const xmlChar*, int, int, con
   if (value) refuse(context);
 }
 
-xmlDoc* parsed(const std::string& text) {
+using DocumentPointer = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
+
+/// The library tells that memory has run out in many ways, or not at all: by nothing found, a document cut short, a
+/// node without its text. Only the last error of the thread is always right.
+class MemoryWatch {
+ public:
+  MemoryWatch() { xmlResetLastError(); }
+  /// Throws std::bad_alloc when memory has run out since.
+  void check() const {
+    const xmlError* const last = xmlGetLastError();
+    if (last && last->code == XML_ERR_NO_MEMORY) throw std::bad_alloc();
+  }
+};
+
+/// `text` is UTF-8 without NUL, so that the library takes it as it is. When told an encoding it converts, and reads
+/// through a null pointer when there is no memory for that.
+DocumentPointer parsed(const std::string& text) {
+  const MemoryWatch watch;
   const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(), xmlFreeParserCtxt);
   if (!parser) throw std::bad_alloc();
   parser->sax->getEntity = onlyPredefined;
@@ -56,7 +73,12 @@ xmlDoc* parsed(const std::string& text) {
   parser->sax->entityDecl = noEntity;
   parser->sax->attributeDecl = noDefaultValue;
   constexpr int options = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_IGNORE_ENC;
-  return xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()), nullptr, "UTF-8", options);
+  DocumentPointer document(
+      xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()), nullptr, nullptr, options),
+      xmlFreeDoc);
+  watch.check();
+  if (parser->errNo == XML_ERR_NO_MEMORY) throw std::bad_alloc();
+  return document;
 }
 
 bool isCarriable(std::string_view text) {
@@ -88,10 +110,12 @@ xmlNode* newText(xmlDoc* document, std::string_view text) {
 
 /// Writes the document's nodes through `write`, piece by piece.
 void save(const xmlDoc& document, xmlOutputWriteCallback write, void* context) {
+  const MemoryWatch watch;
   xmlSaveCtxt* const writer = xmlSaveToIO(write, nullptr, context, "UTF-8", XML_SAVE_NO_DECL | XML_SAVE_AS_XML);
   if (!writer) throw std::bad_alloc();
   for (xmlNode* node = document.children; node; node = node->next) xmlSaveTree(writer, node);
   xmlSaveClose(writer);
+  watch.check();
 }
 
 int countBytes(void* size, const char*, int length) {
@@ -99,8 +123,11 @@ int countBytes(void* size, const char*, int length) {
   return length;
 }
 
-int appendBytes(void* text, const char* bytes, int length) {
-  static_cast<std::string*>(text)->append(bytes, static_cast<std::size_t>(length));
+/// The text has room for all that was counted; more would have to throw through the library.
+int appendBytes(void* context, const char* bytes, int length) {
+  auto& text = *static_cast<std::string*>(context);
+  if (text.capacity() - text.size() < static_cast<std::size_t>(length)) return -1;
+  text.append(bytes, static_cast<std::size_t>(length));
   return length;
 }
 
@@ -117,8 +144,9 @@ xmlNode* Document::nodeOf(platform::XmlNode node) const {
 
 bool Document::loadXML(std::string_view text) {
   document_.reset();
-  if (text.size() > documentLimit || !text::isValidUtf8(text)) return false;
-  document_.reset(parsed(std::string(text)));
+  if (text.size() > documentLimit || text.find('\0') != std::string_view::npos || !text::isValidUtf8(text))
+    return false;
+  document_ = parsed(std::string(text));
   declared_ = text.starts_with("<?xml ");
   return document_ != nullptr;
 }
@@ -136,6 +164,7 @@ std::string Document::xml() const {
   save(*document_, countBytes, &size);
   text.reserve(size);
   save(*document_, appendBytes, &text);
+  if (text.size() != size) throw std::runtime_error("document text of another size");
   return text;
 }
 
@@ -150,6 +179,7 @@ platform::XmlNode Document::appendElement(platform::XmlNode parent, std::string_
   if (!document_) throw std::bad_alloc();
   if (!parent && xmlDocGetRootElement(document_.get())) return nullptr;
 
+  const MemoryWatch watch;
   xmlNode* const element = xmlNewDocNode(document_.get(), nullptr, bytesOf(elementName), nullptr);
   if (!element) throw std::bad_alloc();
   xmlAddChild(nodeOf(parent), element);
@@ -157,27 +187,14 @@ platform::XmlNode Document::appendElement(platform::XmlNode parent, std::string_
   if (!isCarriable(text)) text = filtered = carriable(text);
   // No node for an empty text: it would be written as a start and an end tag.
   if (!text.empty()) xmlAddChild(element, newText(document_.get(), text));
+  watch.check();
   return element;
 }
 
 std::vector<platform::XmlNode> Document::selectNodes(std::string_view xpath, platform::XmlNode context) const {
   if (!document_) return {};
-  const std::unique_ptr<xmlXPathContext, decltype(&xmlXPathFreeContext)> evaluation(
-      xmlXPathNewContext(document_.get()), xmlXPathFreeContext);
-  if (!evaluation) throw std::bad_alloc();
-  evaluation->node = nodeOf(context);
-  evaluation->error = [](void*, auto) {};
-  const std::unique_ptr<xmlXPathObject, decltype(&xmlXPathFreeObject)> found(
-      xmlXPathEvalExpression(bytesOf(std::string(xpath)), evaluation.get()), xmlXPathFreeObject);
-  if (!found || found->type != XPATH_NODESET || !found->nodesetval) return {};
-
-  xmlXPathNodeSetSort(found->nodesetval);
-  std::vector<platform::XmlNode> nodes;
-  for (int i = 0; i < found->nodesetval->nodeNr; ++i) {
-    xmlNode* const node = found->nodesetval->nodeTab[i];
-    if (node->type == XML_ELEMENT_NODE) nodes.push_back(node);
-  }
-  return nodes;
+  const std::vector<xmlNode*> found = elementsAt(xpath, *nodeOf(xpath.starts_with('/') ? nullptr : context));
+  return {found.begin(), found.end()};
 }
 
 std::vector<platform::XmlNode> Document::children(platform::XmlNode parent, std::string_view name) const {
@@ -196,7 +213,9 @@ std::string Document::nodeName(platform::XmlNode node) const {
 std::string Document::nodeText(platform::XmlNode node) const {
   if (!document_) return {};
   xmlNode* const source = node ? nodeOf(node) : xmlDocGetRootElement(document_.get());
+  const MemoryWatch watch;
   const std::unique_ptr<xmlChar, decltype(xmlFree)> content(xmlNodeGetContent(source), xmlFree);
+  watch.check();
   return textOf(content.get());
 }
 

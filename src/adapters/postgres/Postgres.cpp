@@ -143,6 +143,16 @@ class PostgresConnection : public dbe::Connection {
 
   /// Sends one statement and takes its whole answer. The extended protocol refuses a second statement.
   std::optional<std::string> exchange(const std::string& statement, dbe::RowSet* rows, bool& onlyRead) {
+    try {
+      return exchangeWhole(statement, rows, onlyRead);
+    } catch (...) {
+      // An answer that is left half taken would be taken for the next one's.
+      session_.reset();
+      throw;
+    }
+  }
+
+  std::optional<std::string> exchangeWhole(const std::string& statement, dbe::RowSet* rows, bool& onlyRead) {
     if (PQsendQueryParams(session_.get(), statement.c_str(), 0, nullptr, nullptr, nullptr, nullptr, 0) == 0) {
       return trimmedMessage(PQerrorMessage(session_.get()));
     }

@@ -83,6 +83,14 @@ void drawChip(QPainter& painter, const QRectF& place) {
 }  // namespace
 
 void CardFace::paintEvent(QPaintEvent* /*event*/) {
+  try {
+    draw();
+  } catch (...) {
+    // The card is an ornament.
+  }
+}
+
+void CardFace::draw() {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const QRectF face = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);

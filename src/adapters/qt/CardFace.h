@@ -12,6 +12,9 @@ class CardFace : public QFrame {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void draw();
 };
 
 }  // namespace kartix::adapters::qt

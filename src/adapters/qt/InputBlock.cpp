@@ -15,7 +15,11 @@ void InputBlock::paintPending(KeyWatch* keys) {
 }
 
 bool InputBlock::eventFilter(QObject* receiver, QEvent* event) {
-  if (keys_) keys_->note(receiver, *event);
+  try {
+    if (keys_) keys_->note(receiver, *event);
+  } catch (...) {
+    // What is dropped all the same need not be remembered.
+  }
   switch (event->type()) {
     // Releases are let through, so that nothing stays pressed; a busy form ignores what follows from them.
     case QEvent::MouseButtonPress:

@@ -60,6 +60,15 @@ bool isTyped(const QKeyEvent& event, const QWidget* focus) {
 void KeyWatch::begin() { QCoreApplication::instance()->installEventFilter(this); }
 
 bool KeyWatch::eventFilter(QObject* receiver, QEvent* event) {
+  try {
+    return refuses(receiver, event);
+  } catch (...) {
+    // A key that cannot be judged does not count.
+    return event->isInputEvent();
+  }
+}
+
+bool KeyWatch::refuses(QObject* receiver, QEvent* event) {
   note(receiver, *event);
   if (event->type() == QEvent::Shortcut && receiver->isWidgetType()) {
     const auto* const window = dynamic_cast<const Window*>(static_cast<const QWidget*>(receiver)->window());

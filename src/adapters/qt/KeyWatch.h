@@ -49,6 +49,7 @@ class KeyWatch : public QObject {
     bool fresh = false;
   };
 
+  bool refuses(QObject* receiver, QEvent* event);
   void notePress(const QKeyEvent& event);
   void noteRelease(const QKeyEvent& event);
   bool counts(const Window& window) const;

@@ -42,7 +42,9 @@ void Mirror::takeInput(Gate gate) {
 }
 
 void Mirror::act(const std::function<void()>& action) {
-  if (!gate_(action)) update();
+  protect([&] {
+    if (!gate_(action)) update();
+  });
 }
 
 bool Mirror::eventFilter(QObject* receiver, QEvent* event) {

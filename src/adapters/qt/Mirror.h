@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/forms/Control.h"
+#include "platform/forms/Form.h"
 
 class QWidget;
 
@@ -39,6 +40,11 @@ class Mirror : public QObject {
   virtual void show() = 0;
   /// The clerk does `action`; when that is kept back, the widget shows the control's values again.
   void act(const std::function<void()>& action);
+  /// For all that is called by the toolkit, through which nothing may be thrown: a failure ends the window.
+  template <class Action>
+  void protect(const Action& action) const noexcept {
+    control_.form().protect(action);
+  }
   QChar accelerator() const { return accelerator_; }
   /// A click on the widget is one on the control, as is F2 for those who use the keyboard.
   bool eventFilter(QObject* receiver, QEvent* event) override;

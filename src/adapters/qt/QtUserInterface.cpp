@@ -15,16 +15,26 @@ namespace {
 class QtUserInterface final : public platform::UserInterface {
  public:
   QtUserInterface() = default;
-  ~QtUserInterface() override { setHourglass(false); }
+  ~QtUserInterface() override {
+    try {
+      setHourglass(false);
+    } catch (...) {
+      // The pointer is the least of what goes.
+    }
+  }
   QtUserInterface(const QtUserInterface&) = delete;
   QtUserInterface& operator=(const QtUserInterface&) = delete;
 
   ShowResult showModal(forms::Form& form) override {
     const auto obstacle = application_.obstacle();
-    const ShowResult result = obstacle ? *obstacle : show(form);
-    // The pointer goes with the application object.
-    if (open_.empty() && application_.release()) hourglassShown_ = false;
-    return result;
+    try {
+      const ShowResult result = obstacle ? *obstacle : show(form);
+      release();
+      return result;
+    } catch (...) {
+      release();
+      throw;
+    }
   }
 
   void repaint() override {
@@ -45,6 +55,15 @@ class QtUserInterface final : public platform::UserInterface {
   void progressReported(const forms::Form&, int, std::string_view) override {}
 
  private:
+  /// A showing is among the open ones until this goes.
+  struct Listed {
+    Listed(std::vector<qt::Showing*>& open, qt::Showing& showing) : showings(open) { showings.push_back(&showing); }
+    ~Listed() { showings.pop_back(); }
+    Listed(const Listed&) = delete;
+    Listed& operator=(const Listed&) = delete;
+    std::vector<qt::Showing*>& showings;
+  };
+
   ShowResult show(forms::Form& form) {
     // The watch keeps what it knows when the application object goes and another one comes.
     if (!keys_) keys_ = std::make_unique<qt::KeyWatch>();
@@ -54,10 +73,14 @@ class QtUserInterface final : public platform::UserInterface {
     showHourglass();
     qt::Showing showing(form, open_.empty() ? QApplication::activeWindow() : &open_.back()->window());
     if (!showing.window().designed()) return ShowResult::noDisplay;
-    open_.push_back(&showing);
+    const Listed listed(open_, showing);
     showing.run();
-    open_.pop_back();
     return ShowResult::ended;
+  }
+
+  void release() {
+    // The pointer goes with the application object.
+    if (open_.empty() && application_.release()) hourglassShown_ = false;
   }
 
   /// The pointer can be changed only once there is an application; until then the wish is kept.

@@ -20,7 +20,7 @@ Showing::Showing(forms::Form& form, QWidget* parent) : form_(form), window_(form
   }
   unseen_.setInterval(unseen);
   window_.takeInput([this](const std::function<void()>& action) { return pass(action); });
-  window_.onPainted = [this] { startTimerSoon(); };
+  window_.onPainted = [this] { form_.protect([this] { startTimerSoon(); }); };
   form_.attach(this);
 }
 
@@ -47,8 +47,8 @@ void Showing::run() {
 void Showing::controlChanged(const forms::Control& control, forms::Change) { window_.mirror(control); }
 
 void Showing::formHidden() {
+  loop_.quit();  // first, whatever becomes of the window
   window_.hide();
-  loop_.quit();
 }
 
 void Showing::work(const std::function<void()>& handler) {
@@ -59,8 +59,10 @@ void Showing::work(const std::function<void()>& handler) {
 
 bool Showing::pass(const std::function<void()>& action) {
   if (form_.busy() || !form_.shown()) return false;
-  work(action);
-  startTimerSoon();
+  form_.protect([&] {
+    work(action);
+    startTimerSoon();
+  });
   return true;
 }
 
@@ -69,7 +71,8 @@ void Showing::startTimerSoon() {
 }
 
 void Showing::fireTimer() {
-  if (form_.shown() && !form_.busy()) work([this] { form_.firePaintedTimer(); });
+  if (!form_.shown() || form_.busy()) return;
+  form_.protect([this] { work([this] { form_.firePaintedTimer(); }); });
 }
 
 }  // namespace kartix::adapters::qt

@@ -33,7 +33,11 @@ Silence::~Silence() {
 
 void Silence::hear(QtMsgType type, const QMessageLogContext& context, const QString& text) {
   if (type != QtFatalMsg && process().silent.load() == std::this_thread::get_id()) {
-    process().said += text + QLatin1Char('\n');
+    try {
+      process().said += text + QLatin1Char('\n');
+    } catch (...) {
+      // What is to be kept silent anyway.
+    }
     return;
   }
   if (const QtMessageHandler before = process().before) before(type, context, text);

@@ -41,7 +41,7 @@ LineMirror::LineMirror(forms::TextField& control, QLineEdit& widget)
 
 void LineMirror::takeInput(Gate gate) {
   Mirror::takeInput(std::move(gate));
-  connect(&widget_, &QLineEdit::textEdited, this, [this] { edited(); });
+  connect(&widget_, &QLineEdit::textEdited, this, [this] { protect([this] { edited(); }); });
 }
 
 void LineMirror::show() {
@@ -77,7 +77,7 @@ LinesMirror::LinesMirror(forms::TextField& control, QPlainTextEdit& widget)
 
 void LinesMirror::takeInput(Gate gate) {
   Mirror::takeInput(std::move(gate));
-  connect(&widget_, &QPlainTextEdit::textChanged, this, [this] { edited(); });
+  connect(&widget_, &QPlainTextEdit::textChanged, this, [this] { protect([this] { edited(); }); });
 }
 
 void LinesMirror::show() {

@@ -157,23 +157,33 @@ class ScriptUserInterface final : public platform::UserInterface {
   /// A form while it is shown; taken off again on every way out.
   class Opened {
    public:
-    Opened(ScriptUserInterface& owner, forms::Form& form) : owner_(owner), form_(form) {
-      form_.markShown();
-      owner_.open_.push_back(&form_);
+    Opened(ScriptUserInterface& owner, forms::Form& form) : owner_(owner), form_(form), listed_(owner.open_, form) {
       if (owner_.transcript_) owner_.transcript_->show(form_);
       if (owner_.stage_) owner_.stage_->show(form_);
+      form_.markShown();
     }
     ~Opened() {
-      if (owner_.stage_) owner_.stage_->hide(form_);
+      // Whatever goes wrong here, the play goes on without the window.
+      form_.protect([this] {
+        if (owner_.stage_) owner_.stage_->hide(form_);
+      });
       if (owner_.transcript_) owner_.transcript_->hide(form_);
-      owner_.open_.pop_back();
     }
     Opened(const Opened&) = delete;
     Opened& operator=(const Opened&) = delete;
 
    private:
+    struct Listed {
+      Listed(std::vector<forms::Form*>& open, forms::Form& form) : forms(open) { forms.push_back(&form); }
+      ~Listed() { forms.pop_back(); }
+      Listed(const Listed&) = delete;
+      Listed& operator=(const Listed&) = delete;
+      std::vector<forms::Form*>& forms;
+    };
+
     ScriptUserInterface& owner_;
     forms::Form& form_;
+    Listed listed_;
   };
 
   void wait(forms::Form& form) {

@@ -111,7 +111,13 @@ void Transcript::progress(const forms::Form& form, int value, std::string_view t
   write(out_, event);
 }
 
-void Transcript::hide(const forms::Form& form) { write(out_, windowEvent("hide", form)); }
+void Transcript::hide(const forms::Form& form) noexcept {
+  try {
+    write(out_, windowEvent("hide", form));
+  } catch (...) {
+    out_.setstate(std::ios_base::badbit);
+  }
+}
 
 void Transcript::mismatch(std::string_view text, const std::vector<forms::Form*>& open, const forms::Form& form) {
   Json event = windowEvent("mismatch", form);

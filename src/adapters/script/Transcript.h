@@ -28,7 +28,8 @@ class Transcript {
   /// `form` is the window in which `step` is taken.
   void step(const Step& step, const forms::Form& form);
   void progress(const forms::Form& form, int value, std::string_view text);
-  void hide(const forms::Form& form);
+  /// Never throws: a line that cannot be written leaves the stream bad.
+  void hide(const forms::Form& form) noexcept;
   /// The script did not fit what the clerk saw in `form`, the last of the `open` windows.
   void mismatch(std::string_view text, const std::vector<forms::Form*>& open, const forms::Form& form);
   /// The script did not fit, and no window was there.

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <new>
 
 #include "adapters/dbe/Engine.h"
 #include "common/Paths.h"
@@ -124,6 +125,7 @@ class SqliteConnection : public dbe::Connection {
 
   static std::string_view value(sqlite3_stmt* statement, int column) {
     const unsigned char* const text = sqlite3_column_text(statement, column);
+    if (!text && sqlite3_errcode(sqlite3_db_handle(statement)) == SQLITE_NOMEM) throw std::bad_alloc();
     if (!text) return {};
     return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
   }

@@ -26,6 +26,7 @@ void Form::load() {
 void Form::hide() {
   if (!shown_) return;
   shown_ = false;
+  decided_ = true;
   if (view_) view_->formHidden();
 }
 
@@ -39,22 +40,33 @@ void Form::userClose() {
   guard([this] { onCloseBox(); });
 }
 
-void Form::guard(const std::function<void()>& handler) {
+void Form::guard(const std::function<void()>& handler) noexcept {
   struct Depth {
     int& depth;
     explicit Depth(int& d) : depth(d) { ++depth; }
     ~Depth() { --depth; }
   } depth(depth_);
+  protect(handler);
+}
+
+void Form::fail(std::string_view reason) noexcept {
+  // Short enough to need no memory.
+  constexpr const char* unknown = "unknown failure";
   try {
-    handler();
-    return;
-  } catch (const std::exception& error) {
-    failure_ = error.what();
+    failure_ = reason.empty() ? unknown : reason;
   } catch (...) {
-    failure_ = "unknown failure";
+    failure_ = unknown;
   }
-  onFailure();
-  hide();
+  try {
+    if (!decided_) onFailure();
+  } catch (...) {
+    // The window goes all the same.
+  }
+  try {
+    hide();
+  } catch (...) {
+    // It counts as hidden, and that ends its showing.
+  }
 }
 
 }  // namespace kartix::forms

@@ -67,8 +67,19 @@ class Form {
   void userClose();
 
   /// Runs a handler. An exception ends the window with its failure value instead of leaving this function.
-  void guard(const std::function<void()>& handler);
-  /// What went wrong in a handler; empty when nothing did.
+  void guard(const std::function<void()>& handler) noexcept;
+  /// The same for what is no handler: the form is not busy while it runs.
+  template <class Action>
+  void protect(const Action& action) noexcept {
+    try {
+      action();
+    } catch (const std::exception& error) {
+      fail(error.what());
+    } catch (...) {
+      fail({});
+    }
+  }
+  /// What went wrong; empty when nothing did.
   const std::string& failure() const { return failure_; }
   /// True while a handler runs.
   bool busy() const { return depth_ > 0; }
@@ -82,12 +93,14 @@ class Form {
   virtual void onLoad() {}
   /// Close box: hides the window unless overridden.
   virtual void onCloseBox() { hide(); }
-  /// A handler failed: set the window's failure value. The window is hidden afterwards.
+  /// Something failed before the window was hidden: set its failure value. The window is hidden afterwards. What has
+  /// been decided by hiding stands, whatever fails later.
   virtual void onFailure() {}
 
  private:
   friend class Control;
   void add(Control* control) { controls_.push_back(control); }
+  void fail(std::string_view reason) noexcept;
 
   std::string name_;
   std::string caption_;
@@ -97,6 +110,7 @@ class Form {
   int depth_ = 0;
   bool loaded_ = false;
   bool shown_ = false;
+  bool decided_ = false;  ///< has been shown and hidden
 };
 
 }  // namespace kartix::forms
