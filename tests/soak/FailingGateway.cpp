@@ -103,8 +103,8 @@ const std::vector<Fault>& faults() {
        [](auto, auto& body) {
          return Reply{body, Then::close};
        }},
-      {"no XML", Fate::taken, [](auto, auto&) { return Reply{answer("Wartung")}; }},
-      {"another message", Fate::taken, [](auto, auto&) { return Reply{answer("<oops/>")}; }},
+      {"no XML", Fate::dropped, [](auto, auto&) { return Reply{answer("Wartung")}; }},
+      {"another message", Fate::dropped, [](auto, auto&) { return Reply{answer("<oops/>")}; }},
       {"status 099", Fate::taken,
        [](auto, auto& body) {
          return Reply{answer(body, "099 OK"), Then::close};
