@@ -63,28 +63,18 @@ std::string chunked(const std::string& body, const std::string& end) {
 /// `body` as large as it takes for the component to cut it.
 std::string padded(const std::string& body) { return std::string(120000, ' ') + body; }
 
+/// The same whatever is asked.
+auto says(std::string bytes, Then then = Then::keepOpen) {
+  return [reply = Reply{std::move(bytes), then}](auto, auto&) { return reply; };
+}
+
 const std::vector<Fault>& faults() {
   static const std::vector<Fault> list = {
-      {"closes unanswered", Fate::dropped,
-       [](auto, auto&) {
-         return Reply{"", Then::close};
-       }},
-      {"takes it and closes", Fate::taken,
-       [](auto, auto&) {
-         return Reply{"", Then::close};
-       }},
-      {"resets after the request", Fate::taken,
-       [](auto, auto&) {
-         return Reply{"", Then::reset};
-       }},
-      {"half a head", Fate::taken,
-       [](auto, auto&) {
-         return Reply{"HTTP/1.1 200 OK\r\nContent-", Then::close};
-       }},
-      {"head without its end", Fate::taken,
-       [](auto, auto&) {
-         return Reply{"HTTP/1.1 200 OK\r\n", Then::close};
-       }},
+      {"closes unanswered", Fate::dropped, says("", Then::close)},
+      {"takes it and closes", Fate::taken, says("", Then::close)},
+      {"resets after the request", Fate::taken, says("", Then::reset)},
+      {"half a head", Fate::taken, says("HTTP/1.1 200 OK\r\nContent-", Then::close)},
+      {"head without its end", Fate::taken, says("HTTP/1.1 200 OK\r\n", Then::close)},
       {"half a body", Fate::taken,
        [](auto, auto& body) {
          const std::string whole = answer(body);
@@ -126,10 +116,7 @@ const std::vector<Fault>& faults() {
          std::this_thread::sleep_for(std::chrono::milliseconds(50));
          return Reply{answer(body)};
        }},
-      {"says nothing", Fate::taken,
-       [](auto, auto&) {
-         return Reply{"", Then::hang};
-       }},
+      {"says nothing", Fate::taken, says("", Then::hang)},
   };
   return list;
 }
