@@ -11,11 +11,15 @@ if(KARTIX_SANITIZE)
   target_link_options(kartix_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# kartix_room(NAME [USES rooms...] [LINKS libraries...])
-# One folder of the house as a static library kartix_NAME of all its sources. USES are the rooms it may include.
+# kartix_room(NAME [FILES files...] [USES rooms...] [LINKS libraries...])
+# One folder of the house as a static library kartix_NAME of all its sources, or of FILES. USES are the rooms it may
+# include.
 function(kartix_room name)
-  cmake_parse_arguments(ROOM "" "" "USES;LINKS" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+  cmake_parse_arguments(ROOM "" "" "FILES;USES;LINKS" ${ARGN})
+  set(sources ${ROOM_FILES})
+  if(NOT sources)
+    file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+  endif()
   add_library(kartix_${name} STATIC ${sources})
   target_include_directories(kartix_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
   foreach(room IN LISTS ROOM_USES)

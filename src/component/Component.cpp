@@ -4,18 +4,12 @@
 #include <cstdlib>
 #include <mutex>
 
-#include "adapters/canberra/Canberra.h"
 #include "adapters/clock/SystemClock.h"
 #include "adapters/curl/Curl.h"
-#include "adapters/dbe/DbeChooser.h"
 #include "adapters/files/Files.h"
 #include "adapters/libxml2/LibXml.h"
-#include "adapters/postgres/Postgres.h"
-#include "adapters/qt/Qt.h"
+#include "adapters/machine/Machine.h"
 #include "adapters/script/TestClerk.h"
-#include "adapters/settings/Settings.h"
-#include "adapters/settings/UserFile.h"
-#include "adapters/sqlite/Sqlite.h"
 #include "common/Text.h"
 #include "component/HostObjects.h"
 #include "dialogs/MessageWindows.h"
@@ -54,13 +48,7 @@ class Chosen {
   Part& part_;
 };
 
-std::unique_ptr<platform::DbeLibrary> hostDatabase() {
-  return adapters::makeDbeChooser(adapters::makeSqliteDbe(), adapters::makePostgresDbe());
-}
-
-std::shared_ptr<platform::Registry> settingsStore(const std::filesystem::path& file) {
-  return adapters::makeRegFile(file.empty() ? adapters::userRegistryFile() : file);
-}
+namespace machine = adapters::machine;
 
 /// The component of this process, and until it is made, what it is to be made with.
 struct SharedComponent {
@@ -102,13 +90,15 @@ bool testClerkPermitted(platform::Registry& registry) {
 /// The machine, on which everything else stands.
 struct Machine {
   explicit Machine(const Setup& setup)
-      : registry(setup.registry ? setup.registry : settingsStore(setup.registryFile)),
+      : registry(setup.registry ? setup.registry : machine::makeRegistry(setup.registryFile)),
         clock(adapters::makeSystemClock(setup.now)),
-        dbe(setup.dbe, hostDatabase),
+        dbe(setup.dbe, machine::makeDbe),
         http(setup.http, [&] { return transport(setup); }),
         xml(setup.xml, [] { return adapters::makeLibXml(); }),
-        userInterface(setup.userInterface, adapters::makeQtUserInterface),
-        sounds(setup.sounds, adapters::makeCanberraSounds),
+        userInterface(setup.userInterface, machine::makeUserInterface),
+        sounds(setup.sounds, machine::makeSounds),
+        installedClasses(machine::makeInstalledClasses()),
+        hostObjects(installedClasses.get()),
         wrappedObjects(setup.wrapObjects ? setup.wrapObjects(classes(setup)) : nullptr),
         objects(wrappedObjects ? *wrappedObjects : classes(setup)) {
     if (setup.testClerk && testClerkPermitted(*registry)) {
@@ -128,15 +118,16 @@ struct Machine {
   platform::ObjectClasses& classes(const Setup& setup) { return setup.objects ? *setup.objects : hostObjects; }
 
   std::shared_ptr<platform::Registry> registry;
-  std::unique_ptr<platform::ProfileFiles> profileFiles = adapters::makeIniFiles();
+  std::unique_ptr<platform::ProfileFiles> profileFiles = machine::makeProfileFiles();
   std::unique_ptr<platform::FileSystem> files = adapters::makeFiles();
-  std::unique_ptr<platform::ImageLibrary> images = adapters::makeQtImages();
+  std::unique_ptr<platform::ImageLibrary> images = machine::makeImages();
   std::unique_ptr<platform::Clock> clock;
   Chosen<platform::DbeLibrary> dbe;
   Chosen<platform::HttpLibrary> http;
   Chosen<platform::XmlLibrary> xml;
   Chosen<platform::UserInterface> userInterface;
   Chosen<platform::SoundPlayer> sounds;
+  std::unique_ptr<platform::InstalledClasses> installedClasses;
   HostObjects hostObjects;
   std::unique_ptr<platform::ObjectClasses> wrappedObjects;
   platform::ObjectClasses& objects;

@@ -51,6 +51,7 @@ HostObjects::Factory HostObjects::find(std::string_view progId) {
 
 std::unique_ptr<platform::AutomationObject> HostObjects::createObject(std::string_view progId) {
   const Factory create = find(progId);
+  if (!create && installed_ && installed_->has(progId)) return installed_->createObject(progId);
   platform::ObjectClasses* const substitutes = substitutes_;
   if (!create && substitutes) return substitutes->createObject(progId);
   auto object = create ? guarded([&] { return create(); }) : nullptr;

@@ -9,7 +9,7 @@
 #include <optional>
 #include <sstream>
 
-#include "adapters/qt/Qt.h"
+#include "adapters/machine/Machine.h"
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
@@ -170,7 +170,7 @@ class Demonstration {
 
   simulator::Simulator gateway_{simulator::SimulatorOptions{}};
   DemoInstallation installation_;
-  std::unique_ptr<platform::Stage> stage_ = adapters::makeQtStage();
+  std::unique_ptr<platform::Stage> stage_ = adapters::machine::makeStage();
   std::function<std::string(const forms::Form&)> pictures_;
   LastCard last_;
   int number_ = 0;

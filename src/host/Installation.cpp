@@ -8,11 +8,9 @@
 
 #include "adapters/clock/SystemClock.h"
 #include "adapters/curl/Curl.h"
-#include "adapters/dbe/DbeChooser.h"
 #include "adapters/files/Files.h"
-#include "adapters/postgres/Postgres.h"
+#include "adapters/machine/Machine.h"
 #include "adapters/settings/Settings.h"
-#include "adapters/sqlite/Sqlite.h"
 #include "common/Paths.h"
 #include "common/Text.h"
 #include "host/Certificates.h"
@@ -112,14 +110,14 @@ class Connection {
 
 struct Installation::Parts {
   explicit Parts(const std::filesystem::path& file)
-      : registry(adapters::makeRegFile(file)),
-        dbe(adapters::makeDbeChooser(adapters::makeSqliteDbe(), adapters::makePostgresDbe())),
+      : registry(adapters::machine::makeRegistry(file)),
+        dbe(adapters::machine::makeDbe()),
         http(adapters::makeCurlHttp(impatient())) {
     settings.init();
   }
 
   std::unique_ptr<platform::Registry> registry;
-  std::unique_ptr<platform::ProfileFiles> files = adapters::makeIniFiles();
+  std::unique_ptr<platform::ProfileFiles> files = adapters::machine::makeProfileFiles();
   std::unique_ptr<platform::DbeLibrary> dbe;
   std::unique_ptr<platform::HttpLibrary> http;
   std::unique_ptr<platform::FileSystem> fileSystem = adapters::makeFiles();

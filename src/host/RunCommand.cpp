@@ -9,8 +9,7 @@
 #include <optional>
 #include <string>
 
-#include "adapters/canberra/Canberra.h"
-#include "adapters/qt/Qt.h"
+#include "adapters/machine/Machine.h"
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
@@ -20,6 +19,8 @@
 #include "host/Command.h"
 #include "host/Operation.h"
 #include "host/RegistryFile.h"
+#include "platform/SoundPlayer.h"
+#include "platform/UserInterface.h"
 
 namespace kartix::host {
 namespace {
@@ -70,9 +71,9 @@ class Surroundings {
       front_ = adapters::makeScriptUserInterface(*script_, &transcript_);
       sounds_ = adapters::makeTranscriptSounds(transcript_);
     } else if (recorded_) {
-      windows_ = adapters::makeQtUserInterface();
+      windows_ = adapters::machine::makeUserInterface();
       front_ = adapters::makeRecordingUserInterface(*windows_, transcript_);
-      player_ = adapters::makeCanberraSounds();
+      player_ = adapters::machine::makeSounds();
       sounds_ = adapters::makeTranscriptSounds(transcript_, player_.get());
     }
   }

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "adapters/machine/Machine.h"
 #include "adapters/settings/Settings.h"
 #include "common/Scrambling.h"
 #include "common/Text.h"
@@ -32,7 +33,7 @@ struct Options {
 };
 
 std::unique_ptr<platform::Registry> openStore(const Options& options) {
-  return adapters::makeRegFile(registryFile(options.registry));
+  return adapters::machine::makeRegistry(registryFile(options.registry));
 }
 
 /// Keeps a terminal from showing what is typed.

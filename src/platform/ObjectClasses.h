@@ -35,4 +35,10 @@ class ObjectClasses {
   virtual std::unique_ptr<AutomationObject> createObject(std::string_view progId) = 0;
 };
 
+/// The classes that are installed on the machine for every program.
+class InstalledClasses : public ObjectClasses {
+ public:
+  virtual bool has(std::string_view progId) = 0;
+};
+
 }  // namespace kartix::platform
