@@ -120,7 +120,7 @@ DemoInstallation::DemoInstallation(const fs::path& directory) : directory_(fs::a
   writeSettings();
   adapters::createHostDatabase(directory_ / "host.db");
   fillDatabase();
-  drawImages();
+  writeImages();
 }
 
 void DemoInstallation::set(const char* setting, const std::string& value) const {
@@ -172,7 +172,7 @@ void DemoInstallation::fillDatabase() const {
     execute(cardRow(card, holder(card.personennummer)));
 }
 
-void DemoInstallation::drawImages() const {
+void DemoInstallation::writeImages() const {
   Setup setup;
   setup.registryFile = registryFile();
   Component component(setup);
@@ -181,8 +181,8 @@ void DemoInstallation::drawImages() const {
     runtime.konfiguration.GetImageDir(person.personennummer);
     const std::string stem = runtime.machine.files.nativePath(runtime.konfiguration.ImageDir);
     fs::create_directories(fs::path(stem).parent_path());
-    drawSamplePhoto(stem + ".JP0");
-    drawSampleSignature(stem + ".JP1");
+    writeSamplePhoto(stem + ".JP0");
+    writeSampleSignature(stem + ".JP1");
   }
 }
 

@@ -33,7 +33,7 @@ class DemoInstallation {
   void set(const char* setting, const std::string& value) const;
   void writeSettings() const;
   void fillDatabase() const;
-  void drawImages() const;
+  void writeImages() const;
 
   std::filesystem::path directory_;
 };

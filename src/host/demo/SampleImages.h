@@ -4,9 +4,9 @@
 
 namespace kartix::host {
 
-/// Draws a portrait as a photographer would deliver it (JPEG, upright). Raises `CommandFailure`.
-void drawSamplePhoto(const std::string& file);
-/// Draws a signature as a scanner would deliver it (JPEG, wide). Raises `CommandFailure`.
-void drawSampleSignature(const std::string& file);
+/// Writes a portrait as a photographer would deliver it (JPEG, upright) to the file (UTF-8). Raises `CommandFailure`.
+void writeSamplePhoto(const std::string& file);
+/// Writes a signature as a scanner would deliver it (JPEG, wide) to the file (UTF-8). Raises `CommandFailure`.
+void writeSampleSignature(const std::string& file);
 
 }  // namespace kartix::host
