@@ -1,21 +1,15 @@
 #include "host/Command.h"
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 
+#include "adapters/system/System.h"
 #include "common/Text.h"
 
 namespace kartix::host {
 namespace {
-
-bool showsColours() {
-  const char* const terminal = std::getenv("TERM");
-  return isatty(STDOUT_FILENO) == 1 && !std::getenv("NO_COLOR") && terminal && std::string_view(terminal) != "dumb";
-}
 
 bool isControl(char32_t c) { return c < 0x20 || (c >= 0x7f && c < 0xa0); }
 
@@ -28,7 +22,7 @@ void requireSubcommand(CLI::App& command) {
 }
 
 std::string coloured(std::string_view text, Colour colour) {
-  if (!showsColours()) return std::string(text);
+  if (std::getenv("NO_COLOR") || !adapters::system::showsColours()) return std::string(text);
   const char* const code = colour == Colour::green ? "32" : colour == Colour::yellow ? "33" : "31";
   return "\x1b[" + std::string(code) + "m" + std::string(text) + "\x1b[0m";
 }

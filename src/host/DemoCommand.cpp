@@ -13,6 +13,7 @@
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
+#include "adapters/system/System.h"
 #include "component/Component.h"
 #include "component/Dispatch.h"
 #include "host/Command.h"
@@ -39,10 +40,8 @@ constexpr std::chrono::milliseconds pause{350};
 /// A directory that goes with this object.
 class TemporaryDirectory {
  public:
-  TemporaryDirectory() {
-    std::string name = (fs::temp_directory_path() / "kartix-demo-XXXXXX").string();
-    if (!::mkdtemp(name.data())) throw CommandFailure("no temporary directory can be made");
-    path_ = name;
+  TemporaryDirectory() : path_(adapters::system::makeTemporaryDirectory("kartix-demo-")) {
+    if (path_.empty()) throw CommandFailure("no temporary directory can be made");
   }
   ~TemporaryDirectory() {
     std::error_code ignored;

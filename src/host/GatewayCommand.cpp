@@ -1,13 +1,13 @@
 #include "host/GatewayCommand.h"
 
 #include <CLI/CLI.hpp>
-#include <csignal>
 #include <iomanip>
 #include <iostream>
 #include <memory>
 #include <sstream>
 #include <string>
 
+#include "adapters/system/System.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "host/Command.h"
@@ -69,30 +69,18 @@ simulator::SimulatorOptions simulatorOptions(const Options& options) {
   return wishes;
 }
 
-/// The signals that end the command. Blocked from here on, in the threads that start afterwards too, so that only
-/// `sigwait` receives them.
-sigset_t blockedSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGTERM);
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  return signals;
-}
-
 int serve(const Options& options) {
   simulator::SimulatorOptions wishes = simulatorOptions(options);
   const std::string host = options.listen.substr(0, options.listen.rfind(':'));
   const std::string scheme = wishes.tls ? "https://" : "http://";
   const auto state = options.state.empty() ? nullptr : makeStateFile(options.state);
   wishes.state = state.get();
-  const sigset_t signals = blockedSignals();
+  adapters::system::keepEndRequests();
   try {
     const simulator::Simulator gateway(std::move(wishes));
     std::cout << "Gateway simulator listening on " << scheme << host << ':' << gateway.port() << std::endl;
     if (!std::cout) throw CommandFailure("standard output cannot be written");
-    int received = 0;
-    sigwait(&signals, &received);
+    adapters::system::awaitEnd();
   } catch (const simulator::BadFile& failure) {
     throw UsageError(failure.what());
   }

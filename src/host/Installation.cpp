@@ -1,7 +1,5 @@
 #include "host/Installation.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -11,6 +9,7 @@
 #include "adapters/files/Files.h"
 #include "adapters/machine/Machine.h"
 #include "adapters/settings/Settings.h"
+#include "adapters/system/System.h"
 #include "common/Paths.h"
 #include "common/Text.h"
 #include "host/Certificates.h"
@@ -61,7 +60,7 @@ adapters::CurlOptions impatient() {
 /// The ini file holds settings, and the cookies of the session at the gateway.
 void checkIniFile(const std::string& file, Findings& findings) {
   if (file.empty()) return;
-  if (access(file.c_str(), R_OK) != 0) {
+  if (!adapters::system::canRead(file)) {
     findings.push_back(note("settings", "the ini file cannot be read: " + file, "make it, or mend InfoDatei"));
   } else if (!adapters::canBeReplaced(file)) {
     findings.push_back(fault(
@@ -172,7 +171,7 @@ Findings Installation::checkSettings() {
   constexpr const char* area = "settings";
   const std::string file = registryFile_.string();
   const Konfiguration& settings = parts_->settings;
-  if (access(file.c_str(), R_OK) != 0) {
+  if (!adapters::system::canRead(file)) {
     return {fault(area, "cannot be read: " + file, "kartix settings import FILE, or kartix settings set NAME VALUE")};
   }
   if (!storeHoldsSettings()) {
@@ -303,9 +302,10 @@ Findings Installation::checkOrderBook() {
   if (const auto failure = book.read(entries)) {
     return {fault(area, "cannot be read: " + book.path() + ": " + failure.message(), "mend ZKR.Bestellbuch")};
   }
-  const bool exists = access(book.path().c_str(), F_OK) == 0;
+  std::error_code error;
+  const bool exists = std::filesystem::exists(book.path(), error);
   const std::string place = exists ? book.path() : std::filesystem::path(book.path()).parent_path().string();
-  if (access(place.c_str(), W_OK) != 0) {
+  if (!adapters::system::canWrite(place)) {
     return {fault(area, "cannot be written: " + book.path(), "mend the rights of " + place + ", or ZKR.Bestellbuch")};
   }
   const auto unclear =

@@ -1,8 +1,5 @@
 #include "host/SettingsCommand.h"
 
-#include <termios.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
@@ -12,6 +9,7 @@
 
 #include "adapters/machine/Machine.h"
 #include "adapters/settings/Settings.h"
+#include "adapters/system/System.h"
 #include "common/Scrambling.h"
 #include "common/Text.h"
 #include "host/Command.h"
@@ -36,37 +34,16 @@ std::unique_ptr<platform::Registry> openStore(const Options& options) {
   return adapters::machine::makeRegistry(registryFile(options.registry));
 }
 
-/// Keeps a terminal from showing what is typed.
-class Hidden {
- public:
-  Hidden() : terminal_(tcgetattr(STDIN_FILENO, &former_) == 0) {
-    if (!terminal_) return;
-    termios silent = former_;
-    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-    tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
-  }
-  ~Hidden() {
-    if (!terminal_) return;
-    tcsetattr(STDIN_FILENO, TCSAFLUSH, &former_);
-    std::cerr << '\n';
-  }
-  Hidden(const Hidden&) = delete;
-  Hidden& operator=(const Hidden&) = delete;
-
- private:
-  termios former_{};
-  bool terminal_;
-};
-
 /// One line of standard input, asked for when a person sits there. Raises `UsageError` when there is none: a pipe
 /// whose other end has failed must not empty a setting.
 std::string readValue(const Setting& setting) {
-  const bool person = isatty(STDIN_FILENO) == 1;
+  const bool person = adapters::system::isTerminal(adapters::system::Stream::input);
   if (person) std::cerr << setting.path << ": " << std::flush;
-  std::unique_ptr<Hidden> hidden;
-  if (setting.secret && person) hidden = std::make_unique<Hidden>();
+  std::optional<adapters::system::HiddenInput> hidden;
+  if (setting.secret && person) hidden.emplace();
   std::string line;
   for (char c = 0; line.size() <= longestLine && std::cin.get(c) && c != '\n';) line.push_back(c);
+  if (hidden) std::cerr << '\n';
   if (line.size() > longestLine) throw UsageError(setting.path + ": the value is too long");
   if (line.empty() && !std::cin) throw UsageError(setting.path + ": no value was given");
   if (line.ends_with('\r')) line.pop_back();
@@ -96,7 +73,7 @@ void get(const Options& options) {
   const auto value = storedValue(*openStore(options), setting);
   if (!value) throw CommandFailure(setting.path + " is not set");
   // The scrambled form holds control characters: they are for files and pipes only.
-  std::cout << (isatty(STDOUT_FILENO) == 1 ? printable(*value) : *value) << '\n';
+  std::cout << (adapters::system::isTerminal(adapters::system::Stream::output) ? printable(*value) : *value) << '\n';
 }
 
 void set(const Options& options) {

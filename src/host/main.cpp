@@ -1,9 +1,14 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "adapters/script/Script.h"
+#include "adapters/system/System.h"
 #include "host/Command.h"
 #include "host/DatabaseCommand.h"
 #include "host/DemoCommand.h"
@@ -38,7 +43,7 @@ int finish(int status) {
   return status == exit_status::done ? exit_status::failed : status;
 }
 
-int runCommand(int argc, char** argv) {
+int runCommand(std::vector<std::string> arguments) {
   CLI::App app("Driver card operations of a licence authority", "kartix");
   int exit = exit_status::done;
   app.set_version_flag("--version", "kartix " KARTIX_VERSION);
@@ -52,7 +57,7 @@ int runCommand(int argc, char** argv) {
   addDoctorCommand(app, exit);
   addOrdersCommand(app, exit);
   try {
-    app.parse(argc, argv);
+    app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? exit_status::done : exit_status::wrongUsage;
   } catch (const UsageError& error) {
@@ -67,7 +72,11 @@ int runCommand(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
-    return finish(runCommand(argc, argv));
+    auto arguments = kartix::adapters::system::prepare(argc, argv);
+    // The library takes them from the last one on, without the program's name.
+    if (!arguments.empty()) arguments.erase(arguments.begin());
+    std::reverse(arguments.begin(), arguments.end());
+    return finish(runCommand(std::move(arguments)));
   } catch (const std::exception& error) {
     return complain(error, exit_status::failed);
   }

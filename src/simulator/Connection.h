@@ -6,6 +6,7 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -48,6 +49,7 @@ class Connection final : public httplib::Stream {
   bool flush();
   bool send(const char* bytes, std::size_t size);
   bool inTime() const;
+  std::intptr_t handle() const { return static_cast<std::intptr_t>(socket_); }
 
   socket_t socket_;
   std::unique_ptr<SSL, decltype(&SSL_free)> tls_;

@@ -3,10 +3,8 @@
 #include <httplib.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
-#include <sys/socket.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <new>
 #include <thread>
@@ -14,6 +12,7 @@
 
 #include "simulator/Connection.h"
 #include "simulator/Failures.h"
+#include "simulator/Sockets.h"
 
 namespace kartix::simulator {
 namespace {
@@ -79,10 +78,7 @@ class Server final : public httplib::Server {
 };
 
 /// Without the library's own choice, which lets two servers share one port unnoticed.
-void reuseAddress(socket_t socket) {
-  const int on = 1;
-  ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-}
+void reuseAddress(socket_t socket) { sockets::reuseAddress(static_cast<sockets::Socket>(socket)); }
 
 std::optional<std::string> readAll(const httplib::ContentReader& reader) {
   std::string body;
@@ -123,10 +119,15 @@ void give(HttpAnswer answer, httplib::Response& response) {
   }
 }
 
-std::string reasonOf(int error) {
-  if (error == EADDRINUSE) return "the port is taken by another program";
-  if (error == EACCES) return "the port may be used by the administrator only";
-  return "not an address of this machine";
+std::string lastReason() {
+  switch (sockets::lastListenFailure()) {
+    case sockets::ListenFailure::taken:
+      return "the port is taken by another program";
+    case sockets::ListenFailure::forbidden:
+      return "the port may be used by the administrator only";
+    default:
+      return "not an address of this machine";
+  }
 }
 
 }  // namespace
@@ -161,10 +162,9 @@ class HttpServer::Implementation {
 
  private:
   void listen(const std::string& host, int port) {
-    errno = 0;
+    sockets::clearFailure();
     port_ = port == 0 ? server_.bind_to_any_port(host) : server_.bind_to_port(host, port) ? port : -1;
-    if (port_ < 0)
-      throw StartFailure("cannot listen on " + host + ":" + std::to_string(port) + ": " + reasonOf(errno));
+    if (port_ < 0) throw StartFailure("cannot listen on " + host + ":" + std::to_string(port) + ": " + lastReason());
     thread_ = std::thread([this] { server_.listen_after_bind(); });
     // A stop before the server runs would have no effect.
     while (!server_.is_running()) std::this_thread::yield();

@@ -1,0 +1,67 @@
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "simulator/Sockets.h"
+
+namespace kartix::simulator::sockets {
+namespace {
+
+int numberOf(Socket socket) { return static_cast<int>(socket); }
+
+void set(Socket socket, int level, int option, int value) {
+  ::setsockopt(numberOf(socket), level, option, &value, sizeof value);
+}
+
+/// Calls again what a signal has interrupted.
+template <class Call>
+std::ptrdiff_t uninterrupted(Call call) {
+  std::ptrdiff_t count = 0;
+  do {
+    count = call();
+  } while (count < 0 && errno == EINTR);
+  return count;
+}
+
+}  // namespace
+
+bool ready(Socket socket, For use, std::chrono::milliseconds time) {
+  pollfd wait{numberOf(socket), static_cast<short>(use == For::reading ? POLLIN : POLLOUT), 0};
+  return ::poll(&wait, 1, static_cast<int>(time.count())) > 0;
+}
+
+void limitPauses(Socket socket, std::chrono::seconds longest) {
+  const timeval pause{static_cast<time_t>(longest.count()), 0};
+  ::setsockopt(numberOf(socket), SOL_SOCKET, SO_RCVTIMEO, &pause, sizeof pause);
+  ::setsockopt(numberOf(socket), SOL_SOCKET, SO_SNDTIMEO, &pause, sizeof pause);
+  set(socket, IPPROTO_TCP, TCP_NODELAY, 1);
+}
+
+std::ptrdiff_t receive(Socket socket, char* bytes, std::size_t size) {
+  return uninterrupted([&] { return ::recv(numberOf(socket), bytes, size, 0); });
+}
+
+std::ptrdiff_t send(Socket socket, const char* bytes, std::size_t size) {
+  return uninterrupted([&] { return ::send(numberOf(socket), bytes, size, MSG_NOSIGNAL); });
+}
+
+void end(Socket socket) {
+  ::shutdown(numberOf(socket), SHUT_RDWR);
+  ::close(numberOf(socket));
+}
+
+void reuseAddress(Socket socket) { set(socket, SOL_SOCKET, SO_REUSEADDR, 1); }
+
+ListenFailure lastListenFailure() {
+  if (errno == EADDRINUSE) return ListenFailure::taken;
+  return errno == EACCES ? ListenFailure::forbidden : ListenFailure::other;
+}
+
+void clearFailure() { errno = 0; }
+
+}  // namespace kartix::simulator::sockets

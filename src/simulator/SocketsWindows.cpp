@@ -1,0 +1,60 @@
+#include <winsock2.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "simulator/Sockets.h"
+
+namespace kartix::simulator::sockets {
+namespace {
+
+SOCKET numberOf(Socket socket) { return static_cast<SOCKET>(socket); }
+
+template <class T>
+void set(Socket socket, int level, int option, T value) {
+  ::setsockopt(numberOf(socket), level, option, reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+int piece(std::size_t size) {
+  return static_cast<int>(std::min<std::size_t>(size, std::numeric_limits<int>::max()));
+}
+
+}  // namespace
+
+bool ready(Socket socket, For use, std::chrono::milliseconds time) {
+  WSAPOLLFD wait{numberOf(socket), static_cast<SHORT>(use == For::reading ? POLLRDNORM : POLLWRNORM), 0};
+  return ::WSAPoll(&wait, 1, static_cast<int>(time.count())) > 0;
+}
+
+void limitPauses(Socket socket, std::chrono::seconds longest) {
+  const auto milliseconds = static_cast<DWORD>(std::chrono::milliseconds(longest).count());
+  set(socket, SOL_SOCKET, SO_RCVTIMEO, milliseconds);
+  set(socket, SOL_SOCKET, SO_SNDTIMEO, milliseconds);
+  set(socket, IPPROTO_TCP, TCP_NODELAY, DWORD{1});
+}
+
+std::ptrdiff_t receive(Socket socket, char* bytes, std::size_t size) {
+  return ::recv(numberOf(socket), bytes, piece(size), 0);
+}
+
+std::ptrdiff_t send(Socket socket, const char* bytes, std::size_t size) {
+  return ::send(numberOf(socket), bytes, piece(size), 0);
+}
+
+void end(Socket socket) {
+  ::shutdown(numberOf(socket), SD_BOTH);
+  ::closesocket(numberOf(socket));
+}
+
+// Here an address can be taken again without more words; the option of that name would share it between servers.
+void reuseAddress(Socket socket) { set(socket, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, DWORD{1}); }
+
+ListenFailure lastListenFailure() {
+  const int error = ::WSAGetLastError();
+  if (error == WSAEADDRINUSE) return ListenFailure::taken;
+  return error == WSAEACCES ? ListenFailure::forbidden : ListenFailure::other;
+}
+
+void clearFailure() { ::WSASetLastError(0); }
+
+}  // namespace kartix::simulator::sockets
