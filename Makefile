@@ -1,5 +1,5 @@
 # Every target is one line over scripts/ and the CMake presets. "make help" lists them.
-.PHONY: help build demo test bench format tidy install uninstall package clean
+.PHONY: help build demo test windows bench format tidy install uninstall package clean
 
 build: ## Build the release preset: build/release/bin/kartix and the library
 	@scripts/build release
@@ -9,6 +9,9 @@ demo: ## Set up, build, and walk through the main job on sample data; pictures i
 
 test: ## Set up, build with sanitizers, and run every test
 	@scripts/test
+
+windows: ## Set up, build for Windows (64 and 32 bits), and pack build/kartix-VERSION-windows.zip
+	@scripts/windows
 
 bench: ## Set up, build and run the benchmarks
 	@scripts/bench

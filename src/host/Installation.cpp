@@ -13,6 +13,7 @@
 #include "common/Paths.h"
 #include "common/Text.h"
 #include "host/Certificates.h"
+#include "host/RegistryFile.h"
 #include "host/Settings.h"
 #include "platform/Clock.h"
 #include "platform/DbeLibrary.h"
@@ -169,9 +170,10 @@ Findings Installation::checkPaths() {
 
 Findings Installation::checkSettings() {
   constexpr const char* area = "settings";
-  const std::string file = registryFile_.string();
+  const bool inFile = !registryFile_.empty();
+  const std::string file = storeName(registryFile_);
   const Konfiguration& settings = parts_->settings;
-  if (!adapters::system::canRead(file)) {
+  if (inFile && !adapters::system::canRead(registryFile_)) {
     return {fault(area, "cannot be read: " + file, "kartix settings import FILE, or kartix settings set NAME VALUE")};
   }
   if (!storeHoldsSettings()) {
@@ -181,10 +183,10 @@ Findings Installation::checkSettings() {
   using std::filesystem::perms;
   const perms others = perms::group_all | perms::others_all;
   std::error_code error;
-  if ((std::filesystem::status(registryFile_, error).permissions() & others) != perms::none) {
+  if (inFile && (std::filesystem::status(registryFile_, error).permissions() & others) != perms::none) {
     findings.push_back(note(area, file + " holds passwords and is open to others", "chmod 600 " + file));
   }
-  if (!adapters::canBeReplaced(registryFile_)) {
+  if (inFile && !adapters::canBeReplaced(registryFile_)) {
     findings.push_back(note(area, file + " cannot be written: a changed gateway password is lost",
                             "let this user write to its directory"));
   }

@@ -2,13 +2,17 @@
 
 #include <CLI/CLI.hpp>
 
-#include "adapters/settings/UserFile.h"
+#include "adapters/machine/Machine.h"
 
 namespace kartix::host {
 
 std::filesystem::path registryFile(const std::string& option) {
   if (!option.empty()) return option;
-  return adapters::userRegistryFile();
+  return adapters::machine::userStore();
+}
+
+std::string storeName(const std::filesystem::path& file) {
+  return file.empty() ? "the registry of the user" : file.string();
 }
 
 void addRegistryOption(CLI::App& command, std::string& option) {

@@ -100,13 +100,13 @@ std::size_t copySettings(platform::Registry& from, platform::Registry& to) {
 void importSettings(const Options& options) {
   const std::size_t count = copySettings(*adapters::makeRegFile(options.file), *openStore(options));
   if (count == 0) throw CommandFailure(options.file + " holds no settings of this component, or cannot be read");
-  std::cout << count << " settings imported into " << registryFile(options.registry).string() << '\n';
+  std::cout << count << " settings imported into " << storeName(registryFile(options.registry)) << '\n';
 }
 
 void exportSettings(const Options& options) {
   if (std::filesystem::exists(options.file)) throw CommandFailure(options.file + " exists already");
   const std::size_t count = copySettings(*openStore(options), *adapters::makeRegFile(options.file));
-  if (count == 0) throw CommandFailure("there are no settings in " + registryFile(options.registry).string());
+  if (count == 0) throw CommandFailure("there are no settings in " + storeName(registryFile(options.registry)));
   std::cout << count << " settings exported to " << options.file << '\n';
 }
 

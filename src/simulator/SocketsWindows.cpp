@@ -15,9 +15,7 @@ void set(Socket socket, int level, int option, T value) {
   ::setsockopt(numberOf(socket), level, option, reinterpret_cast<const char*>(&value), sizeof value);
 }
 
-int piece(std::size_t size) {
-  return static_cast<int>(std::min<std::size_t>(size, std::numeric_limits<int>::max()));
-}
+int piece(std::size_t size) { return static_cast<int>(std::min<std::size_t>(size, std::numeric_limits<int>::max())); }
 
 }  // namespace
 

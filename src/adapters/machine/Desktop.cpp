@@ -18,8 +18,9 @@
 namespace kartix::adapters::machine {
 
 std::unique_ptr<platform::Registry> makeRegistry(const std::filesystem::path& file) {
-  return makeRegFile(file.empty() ? userRegistryFile() : file);
+  return makeRegFile(file.empty() ? userStore() : file);
 }
+std::filesystem::path userStore() { return userRegistryFile(); }
 
 std::unique_ptr<platform::ProfileFiles> makeProfileFiles() { return makeIniFiles(); }
 std::unique_ptr<platform::DbeLibrary> makeDbe() { return makeDbeChooser(makeSqliteDbe(), makePostgresDbe()); }

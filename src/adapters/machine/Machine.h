@@ -20,6 +20,8 @@ namespace kartix::adapters::machine {
 
 /// The settings store in `file` (`adapters/settings`); an empty one stands for the user's own.
 std::unique_ptr<platform::Registry> makeRegistry(const std::filesystem::path& file);
+/// The file of the user's own store; empty where the system keeps it in no file of ours.
+std::filesystem::path userStore();
 std::unique_ptr<platform::ProfileFiles> makeProfileFiles();
 
 /// The client of the host database: the embedded engine for a connection without a server address, else that of the

@@ -12,8 +12,8 @@ bool isTerminal(Stream stream);
 /// True for a terminal that understands the escape sequences of colours.
 bool showsColours();
 
-/// The arguments of the program in UTF-8. Sees to it that what it writes is taken as UTF-8 too, and that line ends stay
-/// as they are.
+/// The arguments of the program in UTF-8. Sees to it that what it writes is taken as UTF-8 too, and that line ends
+/// stay as they are.
 std::vector<std::string> prepare(int argc, char** argv);
 
 /// Keeps the terminal of standard input from showing what is typed, for as long as it exists.

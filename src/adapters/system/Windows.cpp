@@ -1,8 +1,7 @@
-#include <windows.h>
-
 #include <fcntl.h>
 #include <io.h>
 #include <shellapi.h>
+#include <windows.h>
 
 #include <array>
 #include <cstdio>
@@ -48,8 +47,7 @@ bool isTerminal(Stream stream) {
 bool showsColours() {
   DWORD mode = 0;
   HANDLE const output = handleOf(Stream::output);
-  return GetConsoleMode(output, &mode) != 0 &&
-         SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+  return GetConsoleMode(output, &mode) != 0 && SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
 std::vector<std::string> prepare(int argc, char** argv) {

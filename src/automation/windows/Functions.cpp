@@ -58,8 +58,8 @@ HRESULT STDMETHODCALLTYPE invoke(ServedObject* self, DISPID id, REFIID, LCID loc
   return self->invoke(id, flags, given, locale, result, failure, argument);
 }
 
-/// The function in `slot` of a dual interface, for as many words as it is passed. On 32-bit systems the called function
-/// takes them from the stack, so their number must be right; every type of the table takes up one word.
+/// The function in `slot` of a dual interface, for as many words as it is passed. On 32-bit systems the called
+/// function takes them from the stack, so their number must be right; every type of the table takes up one word.
 template <std::size_t slot, class... Word>
 HRESULT STDMETHODCALLTYPE entry(ServedObject* self, Word... words) {
   const std::array<std::uintptr_t, sizeof...(Word)> list = {words...};
@@ -90,8 +90,7 @@ void appendEntries(std::vector<const void*>& functions, std::span<const dispatch
                    std::index_sequence<i...>) {
   const auto append = [&]<std::size_t index>(std::integral_constant<std::size_t, index>) {
     if (index < members.size()) {
-      functions.push_back(
-          entryFor<index + 1>(wordsOf(members[index]), std::make_index_sequence<mostWords + 1>()));
+      functions.push_back(entryFor<index + 1>(wordsOf(members[index]), std::make_index_sequence<mostWords + 1>()));
     }
   };
   (append(std::integral_constant<std::size_t, i>()), ...);
@@ -99,10 +98,9 @@ void appendEntries(std::vector<const void*>& functions, std::span<const dispatch
 
 std::vector<const void*> makeFunctions(const dispatch::Class& type) {
   if (type.members.size() > mostSlots) throw std::length_error("more slots than the dual interface has functions");
-  std::vector<const void*> functions = {address(&queryInterface),   address(&addRef),
-                                        address(&release),          address(&getTypeInfoCount),
-                                        address(&getTypeInfo),      address(&getIdsOfNames),
-                                        address(&invoke)};
+  std::vector<const void*> functions = {
+      address(&queryInterface), address(&addRef),        address(&release), address(&getTypeInfoCount),
+      address(&getTypeInfo),    address(&getIdsOfNames), address(&invoke)};
   appendEntries(functions, type.members, std::make_index_sequence<mostSlots>());
   return functions;
 }

@@ -171,9 +171,9 @@ HRESULT ServedObject::create(const dispatch::Class& type, const Identity& identi
 HRESULT ServedObject::queryInterface(REFIID wanted, void** object) {
   if (!object) return E_POINTER;
   const bool own = wanted == IID_IUnknown || wanted == IID_IDispatch || wanted == identity_.interfaceId;
-  *object = own                                  ? static_cast<void*>(this)
+  *object = own                               ? static_cast<void*>(this)
             : wanted == IID_ISupportErrorInfo ? static_cast<ISupportErrorInfo*>(&errorSupport_)
-                                                 : nullptr;
+                                              : nullptr;
   if (!*object) return E_NOINTERFACE;
   addRef();
   return S_OK;

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <windows.h>
-
 #include <oleauto.h>
+#include <windows.h>
 
 #include <string>
 #include <string_view>
