@@ -4,7 +4,7 @@
 #include <new>
 
 #include "simulator/HttpServer.h"
-#include "simulator/Sockets.h"
+#include "simulator/System.h"
 
 namespace kartix::simulator {
 namespace {

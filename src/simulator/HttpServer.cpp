@@ -12,7 +12,7 @@
 
 #include "simulator/Connection.h"
 #include "simulator/Failures.h"
-#include "simulator/Sockets.h"
+#include "simulator/System.h"
 
 namespace kartix::simulator {
 namespace {

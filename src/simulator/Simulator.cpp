@@ -2,7 +2,6 @@
 
 #include <condition_variable>
 #include <cstddef>
-#include <ctime>
 #include <deque>
 #include <mutex>
 #include <sstream>
@@ -10,18 +9,14 @@
 
 #include "platform/Clock.h"
 #include "simulator/Gateway.h"
+#include "simulator/System.h"
 
 namespace kartix::simulator {
 namespace {
 
 class SystemClock final : public platform::Clock {
  public:
-  platform::LocalTime now() override {
-    const std::time_t seconds = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
-  }
+  platform::LocalTime now() override { return localTime(); }
 };
 
 /// What goes back, and how it is told in the list of exchanges.

@@ -1,11 +1,21 @@
 #include <winsock2.h>
 
 #include <algorithm>
+#include <ctime>
 #include <limits>
 
-#include "simulator/Sockets.h"
+#include "simulator/System.h"
 
-namespace kartix::simulator::sockets {
+namespace kartix::simulator {
+
+platform::LocalTime localTime() {
+  const std::time_t seconds = std::time(nullptr);
+  std::tm local{};
+  localtime_s(&local, &seconds);
+  return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
+}
+
+namespace sockets {
 namespace {
 
 SOCKET numberOf(Socket socket) { return static_cast<SOCKET>(socket); }
@@ -55,4 +65,5 @@ ListenFailure lastListenFailure() {
 
 void clearFailure() { ::WSASetLastError(0); }
 
-}  // namespace kartix::simulator::sockets
+}  // namespace sockets
+}  // namespace kartix::simulator

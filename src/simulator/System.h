@@ -4,8 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Sockets as the simulator uses them; each system has a source of its own.
-namespace kartix::simulator::sockets {
+#include "platform/Clock.h"
+
+/// What the simulator asks of its system, each of which has a source of its own.
+namespace kartix::simulator {
+
+platform::LocalTime localTime();
+
+namespace sockets {
 
 /// A socket of the system.
 using Socket = std::intptr_t;
@@ -33,4 +39,5 @@ ListenFailure lastListenFailure();
 /// Forgets earlier failures.
 void clearFailure();
 
-}  // namespace kartix::simulator::sockets
+}  // namespace sockets
+}  // namespace kartix::simulator

@@ -6,10 +6,20 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <ctime>
 
-#include "simulator/Sockets.h"
+#include "simulator/System.h"
 
-namespace kartix::simulator::sockets {
+namespace kartix::simulator {
+
+platform::LocalTime localTime() {
+  const std::time_t seconds = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&seconds, &local);
+  return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
+}
+
+namespace sockets {
 namespace {
 
 int numberOf(Socket socket) { return static_cast<int>(socket); }
@@ -64,4 +74,5 @@ ListenFailure lastListenFailure() {
 
 void clearFailure() { errno = 0; }
 
-}  // namespace kartix::simulator::sockets
+}  // namespace sockets
+}  // namespace kartix::simulator
