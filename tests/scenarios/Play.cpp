@@ -198,7 +198,7 @@ void Installation::makeDatabase() const {
   const fs::path file = directory_ / "host.db";
   adapters::createHostDatabase(file);
   sqlite3* raw = nullptr;
-  sqlite3_open(file.c_str(), &raw);
+  sqlite3_open(file.string().c_str(), &raw);
   const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> database(raw, sqlite3_close);
   const auto execute = [&](const std::string& statement) {
     if (sqlite3_exec(raw, statement.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {

@@ -48,7 +48,7 @@ Certificate makeCertificate(const std::string& name, int validDays, EVP_PKEY* ke
 }
 
 File create(const std::filesystem::path& path) {
-  File file(std::fopen(path.c_str(), "w"), std::fclose);
+  File file(std::fopen(path.string().c_str(), "w"), std::fclose);
   require(file != nullptr);
   return file;
 }

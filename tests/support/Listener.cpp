@@ -1,15 +1,11 @@
 #include "support/Listener.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <csignal>
 #include <cstdint>
 #include <stdexcept>
 #include <utility>
+
+#include "support/Sockets.h"
 
 namespace kartix::test {
 namespace {
@@ -22,24 +18,21 @@ sockaddr_in loopback(std::uint16_t port) {
   return address;
 }
 
-/// A peer that is gone must not end the test program; the client's own threads keep their handling.
-void blockPipeSignal() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGPIPE);
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+int newSocket() {
+  startSockets();
+  return static_cast<int>(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
 }
 
 }  // namespace
 
-Listener::Listener() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+Listener::Listener() : socket_(newSocket()) {
   sockaddr_in address = loopback(0);
   socklen_t size = sizeof address;
   auto* const generic = reinterpret_cast<sockaddr*>(&address);
   constexpr int backlog = 16;
   if (::bind(socket_, generic, size) != 0 || ::listen(socket_, backlog) != 0 ||
       ::getsockname(socket_, generic, &size) != 0) {
-    ::close(socket_);
+    closeSocket(socket_);
     throw std::runtime_error("no listening socket");
   }
   port_ = std::to_string(ntohs(address.sin_port));
@@ -47,7 +40,7 @@ Listener::Listener() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
 
 Listener::~Listener() {
   stop();
-  ::close(socket_);
+  forgetListening(socket_);
 }
 
 void Listener::start(std::function<void(int, int)> serve) {
@@ -60,18 +53,18 @@ void Listener::start(std::function<void(int, int)> serve) {
 
 void Listener::acceptAll() {
   while (true) {
-    const int socket = ::accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
+    const int socket = acceptSocket(socket_);
     if (socket < 0) return;
     const std::scoped_lock lock(mutex_);
     if (stopped_) {
-      ::close(socket);
+      closeSocket(socket);
       return;
     }
     open_.push_back(socket);
     workers_.emplace_back([this, socket, number = connections_++] {
       serve_(socket, number);
       forget(socket);
-      ::close(socket);
+      closeSocket(socket);
     });
   }
 }
@@ -82,7 +75,8 @@ void Listener::stop() {
     stopped_ = true;
     for (const int socket : open_) ::shutdown(socket, SHUT_RDWR);
   }
-  ::shutdown(socket_, SHUT_RDWR);
+  if (!ended_) endListening(socket_);
+  ended_ = true;
   if (accepting_.joinable()) accepting_.join();
   for (std::thread& worker : workers_) worker.join();
   workers_.clear();
@@ -100,10 +94,10 @@ void Listener::forget(int socket) {
 }
 
 int connectTo(const std::string& port) {
-  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int socket = newSocket();
   const sockaddr_in address = loopback(static_cast<std::uint16_t>(std::stoi(port)));
   if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return socket;
-  ::close(socket);
+  closeSocket(socket);
   return -1;
 }
 

@@ -39,6 +39,7 @@ class Listener {
   std::atomic<int> connections_ = 0;
   std::mutex mutex_;
   bool stopped_ = false;
+  bool ended_ = false;
   std::vector<int> open_;
   std::vector<std::thread> workers_;
   std::thread accepting_;

@@ -1,14 +1,12 @@
 #include "support/LoopbackServer.h"
 
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <thread>
 #include <utility>
+
+#include "support/Sockets.h"
 
 namespace kartix::test {
 namespace {
@@ -121,9 +119,13 @@ LoopbackServer::Script inTurn(std::vector<Reply> replies) {
 
 /// Carries bytes both ways until both sides are done.
 void relay(int one, int other) {
-  std::array<pollfd, 2> ends = {{{one, POLLIN, 0}, {other, POLLIN, 0}}};
+  std::array<pollfd, 2> ends{};
+  ends[0].fd = one;
+  ends[1].fd = other;
+  for (pollfd& end : ends) end.events = POLLIN;
+
   while (ends[0].fd >= 0 || ends[1].fd >= 0) {
-    if (::poll(ends.data(), ends.size(), -1) < 0) return;
+    if (pollSockets(ends.data(), ends.size()) < 0) return;
     for (pollfd& from : ends) {
       if (from.fd < 0 || from.revents == 0) continue;
       const int to = from.fd == one ? other : one;
@@ -183,7 +185,7 @@ void LoopbackServer::serve(int socket, int number) {
         return;
       case Reply::Then::reset: {
         const linger atOnce{1, 0};
-        ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+        ::setsockopt(socket, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&atOnce), sizeof atOnce);
         return;
       }
       case Reply::Then::close:
@@ -224,7 +226,7 @@ void ConnectProxy::serve(int socket) {
   listener_.remember(server);
   relay(socket, server);
   listener_.forget(server);
-  ::close(server);
+  closeSocket(server);
 }
 
 }  // namespace kartix::test

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
+#include <random>
 #include <string>
 
 namespace kartix::test {
@@ -11,9 +10,10 @@ namespace kartix::test {
 class TempDir {
  public:
   TempDir() {
-    std::string name = (std::filesystem::temp_directory_path() / "kartix-XXXXXX").string();
-    if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary directory");
-    path_ = name;
+    std::random_device random;
+    do {
+      path_ = std::filesystem::temp_directory_path() / ("kartix-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
   }
   ~TempDir() {
     std::error_code ignored;
