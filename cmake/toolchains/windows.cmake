@@ -16,3 +16,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 # Libraries of headers alone are the same for every system.
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
+
+# What is delivered needs nothing but the system's own libraries.
+set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
+set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
