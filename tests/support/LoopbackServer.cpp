@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::string_view endOfHead = "\r\n\r\n";
 
+/// How much of `bytes` one call of any system takes.
+int piece(std::string_view bytes) { return static_cast<int>(std::min(bytes.size(), std::size_t{1} << 20U)); }
+
 /// One connection, plain or TLS.
 class Wire {
  public:
@@ -36,8 +39,8 @@ class Wire {
 
   void write(std::string_view bytes) {
     while (!bytes.empty()) {
-      const int size = tls_ ? SSL_write(tls_.get(), bytes.data(), static_cast<int>(bytes.size()))
-                            : static_cast<int>(::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL));
+      const int size = tls_ ? SSL_write(tls_.get(), bytes.data(), piece(bytes))
+                            : static_cast<int>(::send(socket_, bytes.data(), piece(bytes), MSG_NOSIGNAL));
       if (size <= 0) return;
       bytes.remove_prefix(static_cast<std::size_t>(size));
     }
@@ -117,25 +120,21 @@ LoopbackServer::Script inTurn(std::vector<Reply> replies) {
   };
 }
 
+/// Carries bytes from one socket to the other until there are no more.
+void carry(int from, int to) {
+  std::array<char, 16384> buffer{};
+  for (auto size = ::recv(from, buffer.data(), buffer.size(), 0); size > 0;
+       size = ::recv(from, buffer.data(), buffer.size(), 0)) {
+    if (::send(to, buffer.data(), static_cast<std::size_t>(size), MSG_NOSIGNAL) != size) break;
+  }
+  ::shutdown(to, SHUT_WR);
+}
+
 /// Carries bytes both ways until both sides are done.
 void relay(int one, int other) {
-  std::array<pollfd, 2> ends{};
-  ends[0].fd = one;
-  ends[1].fd = other;
-  for (pollfd& end : ends) end.events = POLLIN;
-
-  while (ends[0].fd >= 0 || ends[1].fd >= 0) {
-    if (pollSockets(ends.data(), ends.size()) < 0) return;
-    for (pollfd& from : ends) {
-      if (from.fd < 0 || from.revents == 0) continue;
-      const int to = from.fd == one ? other : one;
-      std::array<char, 16384> buffer{};
-      const auto size = ::recv(from.fd, buffer.data(), buffer.size(), 0);
-      if (size > 0 && ::send(to, buffer.data(), static_cast<std::size_t>(size), MSG_NOSIGNAL) == size) continue;
-      ::shutdown(to, SHUT_WR);
-      from.fd = -1;
-    }
-  }
+  std::thread back(carry, other, one);
+  carry(one, other);
+  back.join();
 }
 
 }  // namespace

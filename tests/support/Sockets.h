@@ -7,13 +7,10 @@
 #include <winsock2.h>
 #include <ws2tcpip.h>
 
-#include <cstddef>
-
 inline constexpr int MSG_NOSIGNAL = 0;
 inline constexpr int SOCK_CLOEXEC = 0;
 inline constexpr int SHUT_WR = SD_SEND;
 inline constexpr int SHUT_RDWR = SD_BOTH;
-using pollfd = WSAPOLLFD;
 
 namespace kartix::test {
 
@@ -28,9 +25,6 @@ inline int acceptSocket(int socket) {
 /// Wakes whoever waits for connections.
 inline void endListening(int socket) { closeSocket(socket); }
 inline void forgetListening(int) {}
-inline int pollSockets(pollfd* sockets, std::size_t count) {
-  return ::WSAPoll(sockets, static_cast<ULONG>(count), -1);
-}
 inline void blockPipeSignal() {}
 
 }  // namespace kartix::test
@@ -39,12 +33,10 @@ inline void blockPipeSignal() {}
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <cstddef>
 
 namespace kartix::test {
 
@@ -54,7 +46,6 @@ inline int acceptSocket(int socket) { return ::accept4(socket, nullptr, nullptr,
 /// Wakes whoever waits for connections.
 inline void endListening(int socket) { ::shutdown(socket, SHUT_RDWR); }
 inline void forgetListening(int socket) { closeSocket(socket); }
-inline int pollSockets(pollfd* sockets, std::size_t count) { return ::poll(sockets, count, -1); }
 
 /// A peer that is gone must not end the test program; the client's own threads keep their handling.
 inline void blockPipeSignal() {

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "adapters/curl/Curl.h"
+#include "support/Environment.h"
 #include "support/LoopbackServer.h"
 #include "support/TempDir.h"
 
@@ -35,8 +36,8 @@ class Transport : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     // Nothing of this may have an effect.
-    for (const char* name : {"http_proxy", "https_proxy", "all_proxy"}) ::setenv(name, "http://127.0.0.1:9", 1);
-    ::unsetenv("no_proxy");
+    for (const char* name : {"http_proxy", "https_proxy", "all_proxy"}) test::setVariable(name, "http://127.0.0.1:9");
+    test::setVariable("no_proxy", "");
   }
 
   std::unique_ptr<platform::HttpRequest> request(const Exchange& exchange) {
@@ -247,7 +248,7 @@ TEST_F(Transport, TlsCertificatesAreCheckedOnBothSides) {
 }
 
 TEST_F(Transport, SecureProxyTunnels) {
-  ::setenv("no_proxy", "*", 1);  // must not open a way past the proxy
+  test::setVariable("no_proxy", "*");  // must not open a way past the proxy
   LoopbackServer server({{answer("")}}, test::TlsWishes{serverFiles, authority.caFile()});
   const ConnectProxy proxy;
   const ConnectProxy refusing("407 Proxy Authentication Required");
@@ -271,7 +272,7 @@ TEST_F(Transport, SecureProxyTunnels) {
   exchange.client.key = serverFiles.key;
   EXPECT_EQ(send(exchange), error::clientCertificateUnusable);
   EXPECT_EQ(server.requests().size(), 2U);
-  ::unsetenv("no_proxy");
+  test::setVariable("no_proxy", "");
 }
 
 TEST_F(Transport, ConnectionsAreKeptForTheSameClientOnly) {

@@ -1,6 +1,6 @@
 #include <windows.h>
-#include <oaidl.h>
 #include <gtest/gtest.h>
+#include <oaidl.h>
 
 #include <map>
 #include <memory>
@@ -31,8 +31,8 @@ Held<T> gotten(Get get) {
 }
 
 std::string typeText(const TYPEDESC& type) {
-  static const std::map<VARTYPE, std::string> names = {
-      {VT_BSTR, "text"}, {VT_I2, "16"}, {VT_I4, "32"}, {VT_BOOL, "Boolean"}, {VT_HRESULT, ""}, {VT_VOID, ""}};
+  static const std::map<VARTYPE, std::string> names = {{VT_BSTR, "text"},    {VT_I2, "16"},    {VT_I4, "32"},
+                                                       {VT_BOOL, "Boolean"}, {VT_HRESULT, ""}, {VT_VOID, ""}};
   return type.vt == VT_PTR ? typeText(*type.lptdesc) + "*" : names.at(type.vt);
 }
 
@@ -59,7 +59,9 @@ std::string described(ITypeInfo& info, UINT index) {
   std::array<BSTR, dispatch::mostArguments + 2> names{};
   UINT count = 0;
   info.GetNames(function->memid, names.data(), static_cast<UINT>(names.size()), &count);
-  std::string text = function->invkind == INVOKE_FUNC ? "method " : function->invkind == INVOKE_PROPERTYGET ? "get " : "let ";
+  std::string text = function->invkind == INVOKE_FUNC          ? "method "
+                     : function->invkind == INVOKE_PROPERTYGET ? "get "
+                                                               : "let ";
   text += std::to_string(function->memid) + " " + fromBstr(names[0]) + "(";
   std::string result = typeText(function->elemdescFunc.tdesc);
   for (int i = 0; i < function->cParams; ++i) {
@@ -82,7 +84,8 @@ std::string described(const dispatch::Class& type, const dispatch::Member& membe
   std::string text = member.kind == Kind::method ? "method " : member.kind == Kind::get ? "get " : "let ";
   text += std::to_string(first + 1) + " " + member.name + "(";
   for (const dispatch::Argument& argument : member.arguments()) {
-    text += typeText(argument.type) + (argument.direction == Direction::in ? "" : "*") + (argument.optional ? "? " : " ");
+    text +=
+        typeText(argument.type) + (argument.direction == Direction::in ? "" : "*") + (argument.optional ? "? " : " ");
   }
   return text + ") " + typeText(member.result);
 }
@@ -100,14 +103,17 @@ TEST(TypeLibrary, SaysWhatTheTableOfTheClassesSays) {
   for (std::size_t i = 0; i < known.size(); ++i) {
     const dispatch::Class& type = dispatch::classes()[i];
     EXPECT_EQ(fromWide(known[i].name), type.name);
-    const auto coclass = gotten<ITypeInfo>([&](auto made) { return library->GetTypeInfoOfGuid(known[i].classId, made); });
+    const auto coclass =
+        gotten<ITypeInfo>([&](auto made) { return library->GetTypeInfoOfGuid(known[i].classId, made); });
     ASSERT_TRUE(coclass) << type.name;
-    const auto info = gotten<ITypeInfo>([&](auto made) { return library->GetTypeInfoOfGuid(known[i].interfaceId, made); });
+    const auto info =
+        gotten<ITypeInfo>([&](auto made) { return library->GetTypeInfoOfGuid(known[i].interfaceId, made); });
     ASSERT_TRUE(info) << type.name;
     // The functions of its base are not counted among those of a dual interface.
     HREFTYPE other = 0;
     const auto dual = gotten<ITypeInfo>([&](auto made) {
-      return info->GetRefTypeOfImplType(static_cast<UINT>(-1), &other) == S_OK ? info->GetRefTypeInfo(other, made) : E_FAIL;
+      return info->GetRefTypeOfImplType(static_cast<UINT>(-1), &other) == S_OK ? info->GetRefTypeInfo(other, made)
+                                                                               : E_FAIL;
     });
     ASSERT_TRUE(dual) << type.name;
     for (std::size_t slot = 0; slot < type.members.size(); ++slot) {

@@ -1,5 +1,6 @@
-// Stands in for the automation objects that an authority has installed: an in-process server whose objects perform the
-// exchanges with the gateway of the settings. Which class an object is of is what the registry says of its identifier.
+// Stands in for the automation objects that an authority has installed: an in-process server whose objects perform
+// the exchanges with the gateway of the settings. Which class an object is of is what the registry says of its
+// identifier.
 
 #include <windows.h>
 #include <oaidl.h>
