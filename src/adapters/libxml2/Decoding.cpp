@@ -1,12 +1,9 @@
 #include "adapters/libxml2/Decoding.h"
 
-#include <iconv.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstdint>
 
+#include "adapters/libxml2/Conversion.h"
 #include "common/CodePage.h"
 #include "common/Text.h"
 
@@ -62,44 +59,6 @@ std::string_view declaredEncoding(std::string_view bytes) {
   return {};
 }
 
-/// Converter to UTF-8.
-class Converter {
- public:
-  explicit Converter(const std::string& encoding) : converter_(iconv_open("UTF-8", encoding.c_str())) {}
-  ~Converter() {
-    if (known()) iconv_close(converter_);
-  }
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
-
-  bool known() const { return reinterpret_cast<std::intptr_t>(converter_) != -1; }
-  iconv_t get() const { return converter_; }
-
- private:
-  iconv_t converter_;
-};
-
-/// `bytes` of the encoding called `name` as UTF-8.
-std::optional<std::string> converted(std::string_view bytes, const std::string& name) {
-  if (!std::all_of(name.begin(), name.end(), isNameCharacter)) return std::nullopt;
-  const Converter converter(name);
-  if (!converter.known()) return std::nullopt;
-
-  std::string text;
-  std::array<char, 16384> piece{};
-  std::string source(bytes);
-  char* in = source.data();
-  std::size_t inLeft = source.size();
-  while (inLeft > 0) {
-    char* out = piece.data();
-    std::size_t outLeft = piece.size();
-    const std::size_t result = iconv(converter.get(), &in, &inLeft, &out, &outLeft);
-    text.append(piece.data(), piece.size() - outLeft);
-    if (result == static_cast<std::size_t>(-1) && errno != E2BIG) return std::nullopt;
-  }
-  return text;
-}
-
 std::optional<std::string> checkedUtf8(std::string_view bytes) {
   if (!text::isValidUtf8(bytes)) return std::nullopt;
   return std::string(bytes);
@@ -111,6 +70,7 @@ std::optional<std::string> decodeAs(std::string_view bytes, std::string_view enc
   if (text::equalNoCase(encoding, "windows-1252")) return codepage::fromAnsi(bytes);
   // A declaration that could be read byte by byte cannot be right about these.
   if (text::upper(encoding).starts_with("UTF-16") || text::upper(encoding).starts_with("UTF-32")) return std::nullopt;
+  if (!std::all_of(encoding.begin(), encoding.end(), isNameCharacter)) return std::nullopt;
   return converted(bytes, std::string(encoding));
 }
 
