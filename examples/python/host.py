@@ -5,6 +5,11 @@ import sys
 import kartix
 
 
+def validity(day):
+    """What the host knows of the day: a card that has just been ordered has none before it is produced."""
+    return "the end of its validity is not known yet" if day == "00.00.0000" else f"valid until {day}"
+
+
 def work(clerk, person, record):
     kartix.use_gateway_objects()
     with kartix.Kartix() as session:
@@ -15,7 +20,7 @@ def work(clerk, person, record):
             if result != 1:
                 number, text = kartix.last_error()
                 return f"{operation.__name__}: {result}: ({number}) {text}"
-            print(done, session.kartennr, "valid until", session.gueltigbis)
+            print(f"{done} {session.kartennr}, {validity(session.gueltigbis)}")
     return None
 
 
