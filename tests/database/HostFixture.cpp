@@ -1,27 +1,43 @@
 #include "database/HostFixture.h"
 
+#include <libpq-fe.h>
+
+#include <cstdlib>
+
 #include "adapters/dbe/DbeChooser.h"
 #include "adapters/postgres/Postgres.h"
 #include "adapters/sqlite/HostDatabase.h"
 #include "adapters/sqlite/Sqlite.h"
 #include "common/Scrambling.h"
-#include "database/PostgresServer.h"
 #include "hostdb/HostStatements.h"
 #include "hostdb/Own.h"
 
 namespace kartix::test {
 namespace {
 
-/// Started by the first test that needs it.
-PostgresServer& server() {
-  static PostgresServer running;
-  static const bool accounts = [] {
-    running.execute("postgres", {"create role argosys login password 'Systempasswort'",
-                                 "create role argo login password 'Datenbank-Passwort'",
-                                 "create role halbsys login password 'a;b'"});
-    return true;
-  }();
-  static_cast<void>(accounts);
+/// The server that `with-postgres` has started, as its administrator.
+class Server {
+ public:
+  Server() : session_(PQconnectdb(std::getenv("KARTIX_TEST_POSTGRES")), PQfinish) {
+    execute("set client_min_messages = error");
+    execute("create role argosys login password 'Systempasswort'");
+    execute("create role argo login password 'Datenbank-Passwort'");
+    execute("create role halbsys login password 'a;b'");
+  }
+
+  std::string port() const { return PQport(session_.get()); }
+
+  void execute(const std::string& statement) {
+    const std::unique_ptr<PGresult, decltype(&PQclear)> result(PQexec(session_.get(), statement.c_str()), PQclear);
+    EXPECT_EQ(PQresultStatus(result.get()), PGRES_COMMAND_OK) << statement << ": " << PQerrorMessage(session_.get());
+  }
+
+ private:
+  std::unique_ptr<PGconn, decltype(&PQfinish)> session_;
+};
+
+Server& server() {
+  static Server running;
   return running;
 }
 
@@ -39,8 +55,8 @@ HostDatabase::HostDatabase()
   } else {
     static int number = 0;
     database_ = "host" + std::to_string(++number);
-    server().execute("postgres", {"create database " + database_ + " owner argo"});
-    store("FS", "ServerIP", server().address());
+    server().execute("create database " + database_ + " owner argo");
+    store("FS", "ServerIP", "127.0.0.1");
     store("FS", "ServerPort", server().port());
     store("FS", "SysUser", "argosys");
     store("FS", "SysPass", CryptLong("Systempasswort"));
@@ -60,7 +76,7 @@ void HostDatabase::store(const std::string& section, const std::string& name, co
 }
 
 HostDatabase::~HostDatabase() {
-  if (!database_.empty()) server().execute("postgres", {"drop database " + database_});
+  if (!database_.empty()) server().execute("drop database " + database_);
 }
 
 std::unique_ptr<DBETXTDatabase> HostDatabase::open() {
