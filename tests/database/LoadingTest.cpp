@@ -96,52 +96,5 @@ TEST_P(Loading, CardListGrowsByTheCurrentCards) {
   EXPECT_THAT(machine.messages.take(), IsEmpty());
 }
 
-TEST_P(Loading, EveryFailureIsReported) {
-  const std::string caption = "ARGO Kartix: Fehler|";
-  const std::string none = caption + "(1001)\r\nDatenbankfehler: Personendaten nicht gefunden.";
-  const std::string broken = caption + "(1003)\r\nDatenbankfehler: Abfragen der Kartendaten fehlgeschlagen.";
-  const std::string noCard = caption + "(1004)\r\nDatenbankfehler: Keine Daten für die Fahrerkarte gefunden.";
-  const auto expect = [&](const std::string& person, const std::string& card) {
-    for (auto load : {&ARGOInterface::Load, &ARGOInterface::LoadForOrder}) {
-      EXPECT_FALSE((argo.*load)());
-      EXPECT_THAT(machine.messages.take(), ElementsAre(person.empty() ? card : person));
-    }
-    const bool loaded = argo.LoadMitteilung();
-    EXPECT_EQ(loaded, card.empty());
-    const auto messages = machine.messages.take();
-    EXPECT_EQ(loaded ? "" : messages.at(0), card);
-  };
-  session.CurrentLfdnr = "9' or '1'='1";
-  addCard("1", "NA", "DF1");
-  expect(none, noCard);
-  addPerson("4711");
-  expect("", noCard);
-  addCard("9' or '1'='1", "NA", "DF9");
-  EXPECT_TRUE(argo.Load());
-  EXPECT_EQ(session.AktKartennr, "DF9");
-  addCard("9' or '1'='1", "ST", "DF8");
-  expect("", caption +
-                 "(1005)\r\nDatenbank-Konsistenzfehler: Zur Person wurden mehrere Karten mit Lfd.Nr. 9' or "
-                 "'1'='1 gefunden.");
-  EXPECT_EQ(session.AktKartennr, "");
-  execute("delete from fahrerkarte where lfdnr <> '1'");
-  session.CurrentLfdnr = "1";
-  addPerson("4711");
-  expect(caption + "(1002)\r\nDatenbank-Konsistenzfehler: Mehr als eine Person zur Personennummer 4711 gefunden.",
-         "");
-  for (const std::string number : {"4711 or 1=1", "", "0x1267", "4711--"}) {
-    session.CurrentPerson.personennummer = number;
-    expect(none, none);
-  }
-  session.CurrentPerson.personennummer = " 4711 ";
-  execute("delete from personalien");
-  addPerson("4711");
-  EXPECT_TRUE(argo.Load());
-  execute("alter table fahrerkarte rename to weg");
-  expect("", broken);
-  execute("alter table personalien rename to auchweg");
-  expect(none, broken);
-}
-
 }  // namespace
 }  // namespace kartix::test

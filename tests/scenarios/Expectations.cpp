@@ -123,6 +123,9 @@ void compareRequest(const Installation& installation, const RecordedRequest& req
   if (expected.contains("connection")) {
     EXPECT_EQ(request.connection, expected["connection"].get<int>());
   }
+  for (const std::string piece : part(expected, "bodyHas")) {
+    EXPECT_NE(request.body.find(piece), std::string::npos) << piece << " is not in " << request.body.substr(0, 4000);
+  }
   if (!expected.contains("body")) return;
   std::string body;
   for (const std::string& line : linesOf(readBytes(scenarioFile("requests", expected["body"])))) {
