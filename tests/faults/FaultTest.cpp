@@ -10,12 +10,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <span>
 #include <string>
 #include <string_view>
 
 #include "adapters/script/Scripted.h"
-#include "common/Values.h"
 #include "component/Dispatch.h"
 #include "faults/FailingMemory.h"
 #include "platform/forms/Form.h"
@@ -252,11 +250,6 @@ class CountedObjects : public platform::ObjectClasses {
   Shared& shared_;
 };
 
-std::int32_t carryOut(dispatch::Object& kartix, const Json& scenario) {
-  dispatch::Value lfdnr = scenario.at("lfdnr").get<std::string>();
-  return toNumber(kartix.call(scenario.at("operation").get<std::string>(), std::span(&lfdnr, 1)));
-}
-
 /// Plays up to the moment and through all places. Does not return.
 [[noreturn]] void play(const Installation& installation, const Sweep& sweep, Shared& shared) {
   Places places(sweep, shared, installation.file("."));
@@ -273,11 +266,10 @@ std::int32_t carryOut(dispatch::Object& kartix, const Json& scenario) {
     Component component(setup);
     component.useGatewayObjects();
     dispatch::Object kartix(dispatch::classNamed("Kartix"), component);
-    std::array<dispatch::Value, 2> session = {installation.scenario().at("clerk").get<std::string>(),
-                                              installation.scenario().at("person").get<std::string>()};
-    kartix.call("init", session);
+    const Json& scenario = installation.scenario();
+    beginSession(kartix, scenario.at("clerk"), scenario.at("person"));
     places.start();
-    places.end(carryOut(kartix, installation.scenario()));
+    places.end(carryOut(kartix, scenario.at("operation"), scenario.at("lfdnr")));
   }
   std::_Exit(0);
 }
@@ -286,8 +278,7 @@ Json contentOf(const Sweep& sweep) {
   for (const Scenario& scenario : loadScenarios()) {
     if (scenario.name != sweep.scenario) continue;
     Json content = scenario.content;
-    content["settings"]["ZFER.DebugLevel"] = "1";
-    content["settings"]["ZFER.DebugFile"] = "$DIR/trace.txt";
+    traceCalls(content);
     if (sweep.road == Sweep::Road::ownObjects) {
       content["settings"]["ZKR.ZKRNeu"] = "1";
       content["objects"] = "gateway";

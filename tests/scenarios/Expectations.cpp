@@ -152,7 +152,7 @@ void compareTrace(const Installation& installation, const std::string& expected)
 
 /// Expects the lines in this order in the trace, others between them.
 void findInTrace(const Installation& installation, const Json& expected) {
-  const std::vector<std::string> found = linesOf(masked(readBytes(installation.file("trace.txt"))));
+  const std::vector<std::string> found = linesOf(masked(installation.trace()));
   auto at = found.begin();
   for (const std::string line : expected) {
     at = std::find(at, found.end(), "TIME  " + codepage::toAnsi(line) + "\r");

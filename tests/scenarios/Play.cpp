@@ -120,21 +120,30 @@ platform::LocalTime parseTime(const std::string& text) {
   return time;
 }
 
-std::int32_t carryOut(dispatch::Object& kartix, const std::string& operation, dispatch::Value lfdnr) {
-  return operation == "none" ? -1 : toNumber(kartix.call(operation, std::span(&lfdnr, 1)));
-}
-
-/// By the names of the members, as late-bound hosts do.
 void callKartix(dispatch::Object& kartix, const Json& scenario, Outcome& outcome) {
   const auto text = [](const Json& value) { return value.get<std::string>(); };
-  std::array<dispatch::Value, 2> session = {text(scenario.at("clerk")), text(scenario.at("person"))};
-  outcome.init = std::get<bool>(kartix.call("init", session));
+  outcome.init = beginSession(kartix, text(scenario.at("clerk")), text(scenario.at("person")));
   for (const Json& earlier : part(scenario, "before")) carryOut(kartix, text(earlier.at(0)), text(earlier.at(1)));
   outcome.result = carryOut(kartix, text(scenario.at("operation")), text(scenario.at("lfdnr")));
   outcome.properties = dispatch::properties(kartix);
 }
 
 }  // namespace
+
+bool beginSession(dispatch::Object& kartix, const std::string& clerk, const std::string& person) {
+  std::array<dispatch::Value, 2> arguments = {clerk, person};
+  return std::get<bool>(kartix.call("init", arguments));
+}
+
+std::int32_t carryOut(dispatch::Object& kartix, const std::string& operation, const std::string& lfdnr) {
+  dispatch::Value argument = lfdnr;
+  return operation == "none" ? -1 : toNumber(kartix.call(operation, std::span(&argument, 1)));
+}
+
+void traceCalls(Json& scenario) {
+  scenario["settings"]["ZFER.DebugLevel"] = "1";
+  scenario["settings"]["ZFER.DebugFile"] = "$DIR/trace.txt";
+}
 
 LoopbackServer::Script repliesOf(const Json& scenario) {
   std::vector<Reply> made;
@@ -273,6 +282,8 @@ Outcome Installation::play() {
   if (proxy_) outcome.tunnels = proxy_->requests();
   return outcome;
 }
+
+std::string Installation::trace() const { return readBytes(directory_ / "trace.txt"); }
 
 std::string Installation::storedSetting(const std::string& path) const {
   const SettingPlace place(path);

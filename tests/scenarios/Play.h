@@ -9,6 +9,7 @@
 
 #include "adapters/script/Script.h"
 #include "component/Component.h"
+#include "component/Dispatch.h"
 #include "scenarios/Scenario.h"
 #include "support/LoopbackServer.h"
 #include "support/TempDir.h"
@@ -28,6 +29,13 @@ struct Outcome {
 
 /// A gateway that answers as `replies` of a scenario says, and after the last of them no more.
 LoopbackServer::Script repliesOf(const Json& scenario);
+
+/// What a host calls by name, as a late-bound one does: whether the session begins, and the result of an operation.
+bool beginSession(dispatch::Object& kartix, const std::string& clerk, const std::string& person);
+std::int32_t carryOut(dispatch::Object& kartix, const std::string& operation, const std::string& lfdnr);
+
+/// Makes the scenario write the trace of level 1 that `Installation::trace` gives.
+void traceCalls(Json& scenario);
 
 /// An installation made as a scenario says, in a directory of its own: settings store, ini file, host database and
 /// gateway, all real.
@@ -52,6 +60,7 @@ class Installation {
   std::string storedSetting(const std::string& path) const;
   std::string storedIni(const std::string& path) const;
   std::filesystem::path file(const std::string& name) const { return directory_ / name; }
+  std::string trace() const;
 
  private:
   void startGateway(const Json& gateway, LoopbackServer::Script script);

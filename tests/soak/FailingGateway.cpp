@@ -3,12 +3,12 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <functional>
 #include <thread>
 
 namespace kartix::test {
 namespace {
 
+using namespace std::string_literals;
 using Then = Reply::Then;
 
 std::string accepted(Kind kind, std::size_t number) {
@@ -47,11 +47,12 @@ std::string loginWanted(Kind kind) {
 /// What becomes of a message that is answered by a fault.
 enum class Fate { taken, dropped, refused };
 
-/// A way of failing.
+/// A way of failing: what is sent in place of an answer, and what comes then.
 struct Fault {
   const char* name;
   Fate fate;
-  std::function<Reply(Kind, const std::string& accepted)> reply;
+  Then then;
+  std::string (*bytes)(Kind, const std::string& accepted);
 };
 
 std::string chunked(const std::string& body, const std::string& end) {
@@ -60,71 +61,59 @@ std::string chunked(const std::string& body, const std::string& end) {
   return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + std::string(size.data()) + "\r\n" + body + end;
 }
 
-/// `body` as large as it takes for the component to cut it.
-std::string padded(const std::string& body) { return std::string(120000, ' ') + body; }
+std::string nothing(Kind /*kind*/, const std::string& /*accepted*/) { return {}; }
 
-/// The same whatever is asked.
-auto says(std::string bytes, Then then = Then::keepOpen) {
-  return [reply = Reply{std::move(bytes), then}](auto, auto&) { return reply; };
+std::string halfABody(Kind /*kind*/, const std::string& accepted) {
+  const std::string whole = answer(accepted);
+  return whole.substr(0, whole.size() - accepted.size() / 2);
 }
 
-const std::vector<Fault>& faults() {
-  static const std::vector<Fault> list = {
-      {"closes unanswered", Fate::dropped, says("", Then::close)},
-      {"takes it and closes", Fate::taken, says("", Then::close)},
-      {"resets after the request", Fate::taken, says("", Then::reset)},
-      {"half a head", Fate::taken, says("HTTP/1.1 200 OK\r\nContent-", Then::close)},
-      {"head without its end", Fate::taken, says("HTTP/1.1 200 OK\r\n", Then::close)},
-      {"half a body", Fate::taken,
-       [](auto, auto& body) {
-         const std::string whole = answer(body);
-         return Reply{whole.substr(0, whole.size() - body.size() / 2), Then::close};
-       }},
-      {"bad chunk", Fate::taken,
-       [](auto, auto& body) {
-         return Reply{chunked(body, "xx\r\n"), Then::close};
-       }},
-      {"no last chunk", Fate::taken,
-       [](auto, auto& body) {
-         return Reply{chunked(body, "\r\n"), Then::close};
-       }},
-      {"empty answer", Fate::taken, [](auto, auto&) { return Reply{answer("")}; }},
-      {"no HTTP", Fate::taken,
-       [](auto, auto& body) {
-         return Reply{body, Then::close};
-       }},
-      {"no XML", Fate::dropped, [](auto, auto&) { return Reply{answer("Wartung")}; }},
-      {"another message", Fate::dropped, [](auto, auto&) { return Reply{answer("<oops/>")}; }},
-      {"status 099", Fate::taken,
-       [](auto, auto& body) {
-         return Reply{answer(body, "099 OK"), Then::close};
-       }},
-      {"404", Fate::refused, [](auto, auto&) { return Reply{answer("", "404 Not Found")}; }},
-      {"500", Fate::dropped, [](auto, auto&) { return Reply{answer("", "500 Internal Server Error")}; }},
-      {"takes it and answers 500", Fate::taken,
-       [](auto, auto& body) { return Reply{answer(body, "500 Internal Server Error")}; }},
-      {"refuses", Fate::refused, [](Kind kind, auto&) { return Reply{answer(refused(kind, "17", false))}; }},
-      {"refuses with a list", Fate::refused,
-       [](Kind kind, auto&) { return Reply{answer(refused(kind, "17", true))}; }},
-      {"no card number", Fate::taken,
-       [](Kind kind, auto& body) {
-         return Reply{answer(kind == Kind::order ? accepted(Kind::cancellation, 0) : body)};
-       }},
-      {"large", Fate::taken, [](auto, auto& body) { return Reply{answer(padded(body))}; }},
-      {"slow", Fate::taken,
-       [](auto, auto& body) {
-         std::this_thread::sleep_for(std::chrono::milliseconds(50));
-         return Reply{answer(body)};
-       }},
-      {"says nothing", Fate::taken, says("", Then::hang)},
-  };
-  return list;
+std::string late(Kind /*kind*/, const std::string& accepted) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  return answer(accepted);
 }
+
+std::string withoutCardNumber(Kind kind, const std::string& body) {
+  return answer(kind == Kind::order ? accepted(Kind::cancellation, 0) : body);
+}
+
+/// As large as it takes for the component to cut it.
+std::string large(Kind /*kind*/, const std::string& body) { return answer(std::string(120000, ' ') + body); }
+
+constexpr auto faults = std::to_array<Fault>({
+    {"closes unanswered", Fate::dropped, Then::close, nothing},
+    {"takes it and closes", Fate::taken, Then::close, nothing},
+    {"resets after the request", Fate::taken, Then::reset, nothing},
+    {"half a head", Fate::taken, Then::close, [](auto, auto&) { return "HTTP/1.1 200 OK\r\nContent-"s; }},
+    {"head without its end", Fate::taken, Then::close, [](auto, auto&) { return "HTTP/1.1 200 OK\r\n"s; }},
+    {"half a body", Fate::taken, Then::close, halfABody},
+    {"bad chunk", Fate::taken, Then::close, [](auto, auto& body) { return chunked(body, "xx\r\n"); }},
+    {"no last chunk", Fate::taken, Then::close, [](auto, auto& body) { return chunked(body, "\r\n"); }},
+    {"empty answer", Fate::taken, Then::keepOpen, [](auto, auto&) { return answer(""); }},
+    {"no HTTP", Fate::taken, Then::close, [](auto, auto& body) { return body; }},
+    {"no XML", Fate::dropped, Then::keepOpen, [](auto, auto&) { return answer("Wartung"); }},
+    {"another message", Fate::dropped, Then::keepOpen, [](auto, auto&) { return answer("<oops/>"); }},
+    {"status 099", Fate::taken, Then::close, [](auto, auto& body) { return answer(body, "099 OK"); }},
+    {"404", Fate::refused, Then::keepOpen, [](auto, auto&) { return answer("", "404 Not Found"); }},
+    {"500", Fate::dropped, Then::keepOpen, [](auto, auto&) { return answer("", "500 Internal Server Error"); }},
+    {"takes it and answers 500", Fate::taken, Then::keepOpen,
+     [](auto, auto& body) { return answer(body, "500 Internal Server Error"); }},
+    {"refuses", Fate::refused, Then::keepOpen, [](auto kind, auto&) { return answer(refused(kind, "17", false)); }},
+    {"refuses with a list", Fate::refused, Then::keepOpen,
+     [](auto kind, auto&) { return answer(refused(kind, "17", true)); }},
+    {"no card number", Fate::taken, Then::keepOpen, withoutCardNumber},
+    {"large", Fate::taken, Then::keepOpen, large},
+    {"slow", Fate::taken, Then::keepOpen, late},
+    {"says nothing", Fate::taken, Then::hang, nothing},
+});
 
 }  // namespace
 
 FailingGateway::FailingGateway(unsigned seed)
-    : random_(seed), server_([this](const RecordedRequest& request) { return replyTo(request); }) {}
+    : random_(seed), server_([this](const RecordedRequest& request) { return replyTo(request); }) {
+  taken_ = {{"login asked for", {}}, {"login fails", {}}};
+  for (const Fault& fault : faults) taken_[fault.name] = {};
+}
 
 std::string FailingGateway::cardNumber(std::size_t number) { return "DF0000000" + std::to_string(1000000 + number); }
 
@@ -132,9 +121,10 @@ std::string FailingGateway::newCardNumber(std::size_t number) {
   return "DF0000000" + std::to_string(2000000 + number);
 }
 
-void FailingGateway::expect(std::size_t number, Kind kind) {
+void FailingGateway::expect(std::size_t number, Kind kind, Road road) {
   const std::scoped_lock lock(mutex_);
   current_ = number;
+  road_ = static_cast<std::size_t>(road);
   kinds_[number] = kind;
 }
 
@@ -143,9 +133,9 @@ std::map<std::size_t, Seen> FailingGateway::seen() {
   return seen_;
 }
 
-std::map<std::string, int> FailingGateway::faults() {
+std::map<std::string, FailingGateway::Times> FailingGateway::taken() {
   const std::scoped_lock lock(mutex_);
-  return faults_;
+  return taken_;
 }
 
 Reply FailingGateway::replyTo(const RecordedRequest& request) {
@@ -166,12 +156,15 @@ Reply FailingGateway::replyTo(const RecordedRequest& request) {
       sessions_.contains(request.head.substr(session + 12, request.head.find(';', session) - session - 12));
   if (known && random_() % 50 != 0) return carryOut(kind, number, seen);
   seen.asked = seen.refused = true;
-  ++faults_["login asked for"];
+  ++taken_["login asked for"][road_];
   return {loginWanted(kind)};
 }
 
 Reply FailingGateway::logIn() {
-  if (failsNow()) return faults_["login fails"]++, Reply{"", Then::close};
+  if (random_() % 4 == 0) {
+    ++taken_["login fails"][road_];
+    return {"", Then::close};
+  }
   const std::string session = std::to_string(random_());
   sessions_.insert(session);
   return {answer("<ZEVIS-HINWEIS><RETC>0</RETC></ZEVIS-HINWEIS>", "200 OK",
@@ -180,17 +173,16 @@ Reply FailingGateway::logIn() {
 
 Reply FailingGateway::carryOut(Kind kind, std::size_t number, Seen& seen) {
   const std::string body = accepted(kind, number);
-  if (!failsNow()) {
+  if (random_() % 2 == 0) {
     ++seen.taken;
     return {answer(body)};
   }
-  const std::vector<Fault>& all = test::faults();
-  const Fault& fault = all[nextFault_++ % all.size()];
-  ++faults_[fault.name];
+  const Fault& fault = faults[nextFault_[road_]++ % faults.size()];
+  ++taken_[fault.name][road_];
   seen.fault = fault.name;
   if (fault.fate == Fate::taken) ++seen.taken;
   seen.refused = fault.fate == Fate::refused;
-  return fault.reply(kind, body);
+  return {fault.bytes(kind, body), fault.then};
 }
 
 }  // namespace kartix::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <map>
 #include <mutex>
@@ -13,6 +14,7 @@
 namespace kartix::test {
 
 enum class Kind { order, cancellation, notification, inquiry };
+enum class Road { own, objects };
 
 /// What the gateway saw of an operation.
 struct Seen {
@@ -23,8 +25,8 @@ struct Seen {
   std::string fault = {};  ///< what became of the last one
 };
 
-/// A gateway of register and personaliser that fails at every fifth request, in turn in each of its ways. Some of
-/// them come after the message was carried out, some before.
+/// A gateway of register and personaliser that fails at every other request, on each road in turn in each of its
+/// ways. Some of them come after the message was carried out, some before.
 class FailingGateway {
  public:
   explicit FailingGateway(unsigned seed);
@@ -32,29 +34,30 @@ class FailingGateway {
   std::string port() const { return server_.port(); }
 
   /// The clerk begins operation `number`. Messages but inquiries carry `cardNumber(number)`.
-  void expect(std::size_t number, Kind kind);
+  void expect(std::size_t number, Kind kind, Road road);
   static std::string cardNumber(std::size_t number);
   /// Number that the personaliser gives to the card of an order.
   static std::string newCardNumber(std::size_t number);
 
   /// What was seen of each operation, once all are over.
   std::map<std::size_t, Seen> seen();
-  /// How often each way of failing was taken.
-  std::map<std::string, int> faults();
+  /// How often each way of failing was taken on each road.
+  using Times = std::array<int, 2>;
+  std::map<std::string, Times> taken();
 
  private:
   Reply replyTo(const RecordedRequest& request);
   Reply logIn();
   Reply carryOut(Kind kind, std::size_t number, Seen& seen);
-  bool failsNow() { return random_() % 5 == 0; }
 
   std::mutex mutex_;
   std::mt19937 random_;
-  std::size_t nextFault_ = 0;
+  std::array<std::size_t, 2> nextFault_ = {};
   std::map<std::size_t, Kind> kinds_;
   std::size_t current_ = 0;
+  std::size_t road_ = 0;
   std::map<std::size_t, Seen> seen_;
-  std::map<std::string, int> faults_;
+  std::map<std::string, Times> taken_;
   std::set<std::string> sessions_;
   LoopbackServer server_;
 };
