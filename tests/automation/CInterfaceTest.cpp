@@ -198,34 +198,6 @@ TEST_F(CInterface, TellsWhatIsWrongWithACall) {
   EXPECT_THAT(kartix_error_text(), testing::EndsWith("ü"));
 }
 
-TEST_F(CInterface, WritesBackWhatTheDatabaseAnswers) {
-  Object database("DBETXTDatabase");
-  const auto init =
-      database.call("init", {kartix_text(""), kartix_text(""), kartix_text(""), kartix_text(""),
-                             kartix_text(host.settings["FS.DBName"].c_str()), kartix_text(""), kartix_text("")});
-  EXPECT_EQ(init.as.boolean, 1);
-  EXPECT_EQ(database.integer("executeSQL", {kartix_text("create table t (a text, b text)"), kartix_boolean(1)}), 0);
-  database.call("addDatafield", {kartix_text("Müller")});
-  database.call("addDatafield", {kartix_text("O'Neil")});
-  EXPECT_EQ(database.integer("addDataset", {kartix_text("t")}), 0);
-
-  std::array<kartix_value, 2> query = {kartix_text("select b, a from t"), kartix_empty()};
-  kartix_value rows;
-  ASSERT_EQ(kartix_call(database.number, "query", query.data(), 2, &rows), KARTIX_OK) << kartix_error_text();
-  EXPECT_EQ(rows.as.integer, 1);
-  EXPECT_THAT(query[0].as.text, HasSubstr("O'Neil"));
-  const std::string cursor = query[1].as.text;
-  EXPECT_NE(cursor, "");
-  EXPECT_STREQ(database.call("Datafield", {kartix_integer(2)}).as.text, "Müller");
-
-  std::array<kartix_value, 2> next = {kartix_text("left over"), kartix_text(cursor.c_str())};
-  ASSERT_EQ(kartix_call(database.number, "queryNext", next.data(), 2, &rows), KARTIX_OK) << kartix_error_text();
-  EXPECT_LT(rows.as.integer, 0);
-  EXPECT_STREQ(next[0].as.text, "");
-  EXPECT_EQ(next[1].as.text, cursor.c_str()) << "an argument that is only read is left alone";
-  database.call("closeCursor", {kartix_text(cursor.c_str())});
-}
-
 constexpr const char* takeOver = R"({"window": "StartForm", "click": "Button[0]"},
                                     {"window": "ZKR", "click": "Button[0]"})";
 

@@ -234,20 +234,11 @@ TEST(Record, ThrowsNothingAtItsHost) {
 TEST(Record, CardTellsItsStatus) {
   TestMachine machine(adapters::makeSqliteDbe());
   auto card = Own::of<CFahrerkarte>(machine.runtime);
-  struct Case {
-    std::string code, text;
-  };
-  for (const Case& c : {Case{"7", "Gültigkeit abgelaufen"},
-                        {"01", "Bestellung angenommen"},
-                        {" 1.0", "Bestellung angenommen"},
-                        {"1.5", "Unbekannter Statuscode"},
-                        {"101", "Bestellung storniert"},
-                        {"18", "Unbekannter Statuscode"},
-                        {"", "Unbekannter Statuscode"},
-                        {"x", "Unbekannter Statuscode"}}) {
-    card.scode = c.code;
-    EXPECT_EQ(card.scodetxt(), c.text) << c.code;
-    EXPECT_EQ(card.zkrstatus(), c.code + " - " + c.text);
+  card.scode = " 1.0";
+  EXPECT_EQ(card.zkrstatus(), " 1.0 - Bestellung angenommen");
+  for (const char* const unknown : {"1.5", "", "x"}) {
+    card.scode = unknown;
+    EXPECT_EQ(card.scodetxt(), "Unbekannter Statuscode") << unknown;
   }
   for (const std::string state : {"verloren", "1", "2", "3", "4", "5"}) card.setAbgabestatus(state);
   EXPECT_EQ(card.argoabgabestatus(), "verloren");

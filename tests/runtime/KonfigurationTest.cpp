@@ -36,16 +36,6 @@ class Settings : public testing::Test {
   const std::string ini = machine.directory / "argo.ini";
 };
 
-TEST_F(Settings, RegistryComesFirstAndTheIniFileSecond) {
-  expectParameter("", true);
-  storeIni("zkr", "kenza", "  ini wert ");
-  expectParameter("ini wert", true);
-  store("ZKR", "KENZA", "   ");
-  expectParameter("ini wert", true);
-  store("ZKR", "KENZA", " Köln  ");
-  expectParameter("Köln", false);
-}
-
 TEST_F(Settings, SecretsAreUnscrambledFromBothPlaces) {
   storeIni("ZKR", "KENZA", CryptLong("Geheim€1"));
   expectParameter("Geheim€1", true, true);
@@ -76,55 +66,6 @@ TEST_F(Settings, AutomationIsOnBySwitchOrByDate) {
     k.init();
     EXPECT_EQ(k.ZKRNeu, c.on) << c.day.day << c.value;
   }
-}
-
-TEST_F(Settings, GatewayAccountStandsInTheNamedSection) {
-  for (const char* section : {"ZEVIS", "ZKR", "KBA"}) store(section, "ZEVISUserName", section);
-  struct Case {
-    std::string value, section;
-  };
-  for (const Case& c :
-       {Case{"ZEVIS", "ZEVIS"}, {" KBA ", "KBA"}, {"ZKR", "ZKR"}, {"zevis", "ZKR"}, {"", "ZKR"}, {"FS", "ZKR"}}) {
-    store("ZKR", "SektionKennung", c.value);
-    k.init();
-    EXPECT_EQ(k.SektionKennung, c.section) << c.value;
-    EXPECT_EQ(k.ZEVISUserName, c.section) << c.value;
-  }
-}
-
-TEST_F(Settings, NewGatewayPasswordGoesWhereTheOldOneCameFrom) {
-  store("ZKR", "SektionKennung", "KBA");
-  storeIni("KBA", "ZEVISPass", CryptLong("alt123"));
-  k.init();
-  EXPECT_EQ(k.ZEVISPass, "alt123");
-  k.SaveZEVISPass("neu456");
-  EXPECT_EQ(machine.files->GetPrivateProfileString("KBA", "ZEVISPass", "", 1024, ini), CryptLong("neu456"));
-  EXPECT_FALSE(machine.registry->RegQueryValueEx(root + "KBA", "ZEVISPass"));
-  store("KBA", "ZEVISPass", CryptLong("alt789"));
-  k.init();
-  EXPECT_EQ(k.ZEVISPass, "alt789");
-  k.SaveZEVISPass("neu000");
-  EXPECT_EQ(machine.registry->RegQueryValueEx(root + "KBA", "ZEVISPass")->text, CryptLong("neu000"));
-  EXPECT_EQ(machine.files->GetPrivateProfileString("KBA", "ZEVISPass", "", 1024, ini), CryptLong("neu456"));
-}
-
-TEST_F(Settings, NoticesOfTheInstallation) {
-  store("ZKR", "Testsystem", "1");
-  store("ZEVIS", "GATEWAY", " 2x");
-  k.init();
-  EXPECT_EQ(k.GATEWAY, 2);
-  EXPECT_THAT(machine.messages.take(),
-              ElementsAre("ARGO Kartix - Hinweis|Achtung, Testsystem",
-                          "ARGO Kartix: Fehler|(102)\r\nBitte auch das Zertifikat konfigurieren.",
-                          "ARGO Kartix: Fehler|(103)\r\nBitte auch den privaten Schlüssel konfigurieren."));
-  store("ZKR", "Testsystem", "ja");
-  store("ZEVIS", "GATEWAY", "99999");
-  store("ZEVIS", "GATEWAYCert", "c.pem");
-  store("ZEVIS", "GATEWAYPkey", "k.pem");
-  k.init();
-  EXPECT_FALSE(k.Testsystem);
-  EXPECT_EQ(k.GATEWAY, 32767);
-  EXPECT_THAT(machine.messages.take(), IsEmpty());
 }
 
 TEST_F(Settings, CookieSlotSumsTheSingleByteCodes) {

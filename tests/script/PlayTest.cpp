@@ -6,7 +6,6 @@
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
-#include "platform/Stage.h"
 #include "platform/forms/Form.h"
 
 namespace kartix::adapters {
@@ -66,11 +65,10 @@ class Counter : public forms::Form {
 
 class Play : public testing::Test {
  protected:
-  void play(std::string_view json, bool stubborn = false, platform::Stage* stage = nullptr,
-            PlayOptions options = {}) {
+  void play(std::string_view json, bool stubborn = false) {
     Script script = Script::parse(json);
     Transcript transcript(out);
-    const auto clerk = makeScriptUserInterface(script, &transcript, stage, std::move(options));
+    const auto clerk = makeScriptUserInterface(script, &transcript);
     form = std::make_unique<Counter>(*clerk);
     form->stubborn = stubborn;
     clerk->showModal(*form);
@@ -174,29 +172,6 @@ TEST_F(Play, AMismatchNamesWhatThereIs) {
 TEST_F(Play, AWindowThatRefusesItsCloseBoxIsTakenAwayInTheEnd) {
   play("[]", true);
   EXPECT_THAT(mismatch, HasSubstr("window \"Counter\" to close"));
-}
-
-class RecordingStage final : public platform::Stage {
- public:
-  bool onScreen() const override { return false; }
-  void show(forms::Form& form) override { log += "show " + form.name() + "\n"; }
-  void update(forms::Form&) override {}
-  void hide(forms::Form& form) override { log += "hide " + form.name() + "\n"; }
-  bool savePicture(forms::Form&, const std::string& png) override {
-    log += png + "\n";
-    return true;
-  }
-  std::string log;
-};
-
-TEST_F(Play, AStageSeesEachWindowAndKeepsOnePictureOfIt) {
-  RecordingStage stage;
-  PlayOptions options;
-  options.picture = picturesIn("bilder");
-  play(R"([{"window":"Counter","click":"Button[0]"}])", false, &stage, options);
-  EXPECT_EQ(stage.log,
-            "show Counter\nbilder/01-Counter.png\nshow MessageBox\nbilder/02-MessageBox.png\nhide MessageBox\n"
-            "hide Counter\n");
 }
 
 TEST(Script, TellsTheFirstBadStep) {
