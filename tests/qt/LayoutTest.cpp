@@ -1,11 +1,8 @@
 #include <QAbstractButton>
 #include <QComboBox>
-#include <QDir>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
-#include <QPainterPath>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTest>
@@ -14,60 +11,12 @@
 
 #include "adapters/qt/Accelerators.h"
 #include "adapters/qt/Mirror.h"
-#include "adapters/qt/Qt.h"
 #include "qt/QtFixture.h"
-#include "support/TempDir.h"
 
 namespace kartix::tests {
 namespace {
 
 class Layout : public QtWindows {};
-
-/// A person's photo and signature in the sizes that an order has.
-void drawPerson(const QString& photo, const QString& signature) {
-  QImage portrait(378, 490, QImage::Format_RGB32);
-  portrait.fill(QColor(0xd8, 0xdd, 0xe2));
-  {
-    QPainter painter(&portrait);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0x3d, 0x4f, 0x63));
-    painter.drawEllipse(QRectF(30, 350, 318, 300));
-    painter.setBrush(QColor(0xd9, 0xb3, 0x94));
-    painter.drawEllipse(QRectF(109, 110, 160, 220));
-  }
-  EXPECT_TRUE(portrait.save(photo, "PNG"));
-  QImage hand(710, 182, QImage::Format_RGB32);
-  hand.fill(Qt::white);
-  {
-    QPainter painter(&hand);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath line(QPointF(60, 120));
-    for (int x = 60; x < 620; x += 70) line.cubicTo(x + 20, 10, x + 40, 190, x + 70, 90);
-    painter.strokePath(line, QPen(Qt::darkBlue, 6));
-  }
-  EXPECT_TRUE(hand.save(signature, "PNG"));
-}
-
-/// For a person to look at, when KARTIX_TEST_PICTURES names a folder.
-TEST_F(Layout, Pictures) {
-  const test::TempDir own;
-  const QString folder = qEnvironmentVariable("KARTIX_TEST_PICTURES", QString::fromStdString(own.path()));
-  const std::string photo = own / "0.JP2";
-  const std::string signature = own / "0.JP3";
-  drawPerson(QString::fromStdString(photo), QString::fromStdString(signature));
-  const auto stage = adapters::makeQtStage();
-  for (const auto& form : samples.all()) {
-    if (form->name() == "Bestellung") {
-      control<forms::Picture>(*form, "Bild[0]").setFile(photo);
-      control<forms::Picture>(*form, "Bild[1]").setFile(signature);
-    }
-    stage->show(*form);
-    const QString file = QDir(folder).filePath(QString::fromStdString(form->name()) + ".png");
-    EXPECT_TRUE(stage->savePicture(*form, file.toStdString())) << form->name();
-    stage->hide(*form);
-  }
-}
 
 /// Why a text or picture is not wholly seen in its widget; empty when it is.
 QString cutOff(const QWidget& widget) {

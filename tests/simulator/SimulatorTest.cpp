@@ -21,6 +21,7 @@ using test::cancellation;
 using test::inquiry;
 using test::notification;
 using test::order;
+using test::request;
 using test::Values;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -127,7 +128,7 @@ TEST(Simulator, EveryRequestButTheLoginNeedsBothCookiesOfOneSession) {
   EXPECT_THAT(second, ElementsAre(testing::StartsWith("kba.session="), testing::StartsWith("JServSessionIdroot=")));
   for (const auto& cookies : {std::vector<std::string>(), {first[0], second[1]}, {first[0], first[0]}}) {
     client.cookies = cookies;
-    EXPECT_EQ(client.code(inquiry("kgknr", lostCard)), "zkr-hinweis 3020");
+    EXPECT_EQ(client.code(inquiry(lostCard)), "zkr-hinweis 3020");
     EXPECT_EQ(client.code(notification(lostCard, "10")), "zkr-mhinweis 3020");
     EXPECT_EQ(client.code(order("1/1")), "information 3000");
     EXPECT_EQ(client.code(cancellation(orderedCard)), "information 3000");
@@ -143,9 +144,9 @@ TEST(Simulator, InquiriesFindTheSamplePersons) {
   const std::vector<std::tuple<std::string, std::string, std::size_t>> cases = {
       {inquiry(weissgerber), "zkr-trefferliste 0", 3},
       {inquiry(stranger), "zkr-anfrage 200", 0},
-      {inquiry("fsnfk", "B072RRE2I55"), "zkr-trefferliste 0", 2},
-      {inquiry("fsnfk", " N0A9SK11842 "), "zkr-auskunft 0", 1},
-      {inquiry("kgknr", lostCard), "zkr-auskunft 0", 1},
+      {request("licence", {{"fsnfk", "B072RRE2I55"}}), "zkr-trefferliste 0", 2},
+      {request("licence", {{"fsnfk", " N0A9SK11842 "}}), "zkr-auskunft 0", 1},
+      {inquiry(lostCard), "zkr-auskunft 0", 1},
       {inquiry({{"name", "&#272;or&#273;evi&#263;"}, {"dgebu", "00000000"}}), "zkr-auskunft 0", 1},
       {inquiry({{"name", "Heyde"}}), "zkr-anfrage 200", 0},
       {inquiry({{"name", "M\xFCller"}}), "zkr-anfrage 200", 57},
@@ -160,7 +161,7 @@ TEST(Simulator, InquiriesFindTheSamplePersons) {
     const std::size_t records = list ? list->children.size() : answer.find("bestandsdaten") ? 1 : 0;
     EXPECT_EQ(records + std::stoul("0" + answer.value("anzt")), hits) << request;
   }
-  const std::string bytes = client.send(inquiry("kgknr", "DF00000063550200"))->body;
+  const std::string bytes = client.send(inquiry("DF00000063550200"))->body;
   EXPECT_THAT(bytes, testing::StartsWith(R"(<?xml version="1.0" encoding="ISO-8859-1"?><zkr-auskunft>)"));
   EXPECT_THAT(bytes, HasSubstr("<name>&#272;or&#273;evi&#263;</name>"));
   EXPECT_THAT(bytes, HasSubstr("<stras>B\xFCrgerstr.</stras><hsnr>7</hsnr><hnz15>-9</hnz15>"));
@@ -182,10 +183,10 @@ TEST(Simulator, ACardLivesThroughOrderReportAndCancellationAndOutlivesTheProcess
     client.logIn();
     number = client.ask(order("4713/1"), paths::order).value("cardNumber");
     EXPECT_THAT(number, testing::MatchesRegex("DF[0-9]{14}"));
-    const Element card = client.ask(inquiry("kgknr", number));
+    const Element card = client.ask(inquiry(number));
     EXPECT_EQ(card.value("scode") + card.value("name") + card.value("dgebu"),
               "01\u0110or\u0111evi\u0107"
-              "19851122");
+              "19700203");
     EXPECT_EQ(client.code(order("4713/1")), "information 0");
     EXPECT_EQ(client.code(cancellation(lostCard)), "information 4003");
     EXPECT_EQ(client.code(cancellation("DF1")), "information 4002");
@@ -200,10 +201,10 @@ TEST(Simulator, ACardLivesThroughOrderReportAndCancellationAndOutlivesTheProcess
   Simulator gateway({.state = &store});
   Client client(gateway);
   EXPECT_EQ(client.logIn("kartix", "anderes1"), "0 in");
-  EXPECT_EQ(client.ask(inquiry("kgknr", number)).value("scode"), "101");
-  const Element lost = client.ask(inquiry("kgknr", lostCard));
-  EXPECT_EQ(lost.value("scode") + lost.value("dhwkk") + lost.value("stime"), "1020141117093015");
-  EXPECT_EQ(lost.value("stext"), "im Zug");
+  EXPECT_EQ(client.ask(inquiry(number)).value("scode"), "101");
+  const Element lost = client.ask(inquiry(lostCard));
+  EXPECT_EQ(lost.value("scode") + lost.value("dhwkk") + lost.value("stime"), "1020140304101500");
+  EXPECT_EQ(lost.value("stext"), "im Zug verloren");
   const auto orders = gateway.orders();
   ASSERT_EQ(orders.size(), 2);
   EXPECT_EQ(orders[0], (Order{"4713/1", number, orders[0].date, true}));
@@ -236,7 +237,7 @@ TEST(Simulator, AStateThatCannotBeKeptAcceptsNothing) {
   EXPECT_EQ(client.code(order("1/1")), "information 9001");
   EXPECT_EQ(client.code(notification(lostCard, "10")), "zkr-mhinweis 9001");
   EXPECT_TRUE(gateway.orders().empty());
-  EXPECT_EQ(client.ask(inquiry("kgknr", lostCard)).value("scode"), "03");
+  EXPECT_EQ(client.ask(inquiry(lostCard)).value("scode"), "03");
   EXPECT_THROW(Simulator({.state = &store}), BadFile);
   store.writable = true;
   for (const char* const content : {"", "[]", R"({"version":1})", R"({"version":2})"}) {
@@ -262,9 +263,9 @@ TEST(Simulator, ScenariosOfRegisterPersonaliserAndLogin) {
   for (const auto& [name, codes] : cases) {
     client.logIn();
     gateway.setScenario(findScenario(name)->scenario);
-    EXPECT_EQ((Three{client.code(inquiry("kgknr", lostCard)), client.code(order("1/1")),
-                     client.code(notification(lostCard, "10"))}),
-              codes)
+    EXPECT_EQ(
+        (Three{client.code(inquiry(lostCard)), client.code(order("1/1")), client.code(notification(lostCard, "10"))}),
+        codes)
         << name;
     client.logIn();
     EXPECT_EQ(client.code(order("1/1")) == "information 3000", name == std::string("not-logged-in")) << name;
