@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "adapters/qt/InputClock.h"
+#include "adapters/frontend/InputClock.h"
 
 namespace kartix::tests {
 namespace {
 
-using adapters::qt::InputClock;
+using adapters::frontend::InputClock;
 using std::chrono::milliseconds;
 
 TEST(InputClock, KnowsHowLateAnEventIs) {

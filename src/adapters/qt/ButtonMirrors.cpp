@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "adapters/qt/Accelerators.h"
 #include "platform/forms/Form.h"
 
 namespace kartix::adapters::qt {
@@ -21,7 +20,7 @@ void ButtonMirror::takeInput(Gate gate) {
 }
 
 void ButtonMirror::show() {
-  const QString text = withAccelerator(caption(), accelerator());
+  const QString text = marked();
   if (widget_.text() != text) widget_.setText(text);
 }
 
@@ -34,7 +33,7 @@ void OptionMirror::takeInput(Gate gate) {
 }
 
 void OptionMirror::show() {
-  const QString text = withAccelerator(caption(), accelerator());
+  const QString text = marked();
   if (widget_.text() != text) widget_.setText(text);
   if (control_.selected()) {
     widget_.setChecked(true);

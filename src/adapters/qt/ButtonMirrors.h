@@ -11,7 +11,7 @@ class ButtonMirror : public Mirror {
  public:
   ButtonMirror(forms::Button& control, QPushButton& widget);
   void takeInput(Gate gate) override;
-  QString caption() const override { return shown(control_.text()); }
+  std::string caption() const override { return control_.text(); }
 
  protected:
   void show() override;
@@ -25,7 +25,7 @@ class OptionMirror : public Mirror {
  public:
   OptionMirror(forms::OptionButton& control, QRadioButton& widget);
   void takeInput(Gate gate) override;
-  QString caption() const override { return shown(control_.text()); }
+  std::string caption() const override { return control_.text(); }
 
  protected:
   void show() override;

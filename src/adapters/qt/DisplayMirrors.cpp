@@ -8,7 +8,6 @@
 #include <QVariant>
 #include <algorithm>
 
-#include "adapters/qt/Accelerators.h"
 #include "adapters/qt/Icons.h"
 
 namespace kartix::adapters::qt {
@@ -58,15 +57,14 @@ LabelMirror::LabelMirror(forms::Label& control, QLabel& widget) : Mirror(control
   widget_.setTextFormat(Qt::PlainText);
 }
 
-QString LabelMirror::caption() const {
+std::string LabelMirror::caption() const {
   const QVariant readOnly = widget_.buddy() ? widget_.buddy()->property("readOnly") : QVariant(true);
-  return readOnly.toBool() ? QString() : shown(control().text());
+  return readOnly.toBool() ? std::string() : control().text();
 }
 
 void LabelMirror::show() {
-  const QString plain = shown(control().text());
   // Without a partner an ampersand is an ordinary character to a label.
-  const QString text = widget_.buddy() ? withAccelerator(plain, accelerator()) : plain;
+  const QString text = widget_.buddy() ? marked() : shown(control().text());
   if (text == shown_) return;
   shown_ = text;
   widget_.setText(text);

@@ -15,7 +15,7 @@ namespace kartix::adapters::qt {
 class LabelMirror : public Mirror {
  public:
   LabelMirror(forms::Label& control, QLabel& widget);
-  QString caption() const override;
+  std::string caption() const override;
 
  protected:
   void show() override;

@@ -14,14 +14,6 @@
 namespace kartix::adapters::qt {
 namespace {
 
-/// A key of which nothing was heard for so long is pressed anew. Longer than the pause between two repetitions of a
-/// held key, and shorter than that between two presses of somebody who reads in between.
-constexpr std::chrono::milliseconds letAlone{300};
-
-/// The release of a key goes unheard when it comes while the focus changes: a key of which nothing more is heard is
-/// taken for released after this time, which is longer than the pause before a held key is repeated.
-constexpr std::chrono::seconds silent{1};
-
 bool isModifier(int key) {
   return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr || key == Qt::Key_Super_L ||
          key == Qt::Key_Super_R;
@@ -72,13 +64,14 @@ bool KeyWatch::refuses(QObject* receiver, QEvent* event) {
   note(receiver, *event);
   if (event->type() == QEvent::Shortcut && receiver->isWidgetType()) {
     const auto* const window = dynamic_cast<const Window*>(static_cast<const QWidget*>(receiver)->window());
-    return window && !counts(*window);
+    return window && !keyboard_.counts(window->readiness());
   }
   if (event->type() != QEvent::KeyPress || !receiver->isWindowType()) return false;
   const auto& key = static_cast<const QKeyEvent&>(*event);
   const Window* const window = activates(key) ? ourWindow(receiver) : nullptr;
   if (!window) return false;
-  return !(isTyped(key, window->focusWidget()) ? types(*window) : counts(*window));
+  return !(isTyped(key, window->focusWidget()) ? keyboard_.types(window->readiness())
+                                               : keyboard_.counts(window->readiness()));
 }
 
 /// Events reach a window first, and its widgets through it.
@@ -97,41 +90,19 @@ void KeyWatch::note(const QObject* receiver, const QEvent& event) {
 
 void KeyWatch::notePress(const QKeyEvent& event) {
   const std::pair<quint32, quint64> mark{identity(event), event.timestamp()};
-  const Time made = clock_.made(event.timestamp());
+  const auto made = clock_.made(event.timestamp());
   if (isModifier(event.key())) return;
   // A press is offered as a shortcut first.
   if (event.type() == QEvent::KeyPress && std::exchange(asked_, std::nullopt) == mark) return;
   if (event.type() == QEvent::ShortcutOverride) asked_ = mark;
-
-  const auto known = keys_.constFind(mark.first);
-  const bool fresh = !event.isAutoRepeat() && (known == keys_.cend() || made - known->last >= letAlone);
-  const Time since = fresh || known == keys_.cend() ? made : known->since;
-  keys_[mark.first] = {since, made, true};
-  press_ = {made, since, fresh};
+  keyboard_.press(mark.first, made, event.isAutoRepeat());
 }
 
 void KeyWatch::noteRelease(const QKeyEvent& event) {
-  const Time made = clock_.made(event.timestamp());
+  const auto made = clock_.made(event.timestamp());
   if (isModifier(event.key())) return;
   asked_.reset();
-  const auto known = keys_.constFind(identity(event));
-  keys_[identity(event)] = {known == keys_.cend() ? made : known->since, made, false};
-}
-
-bool KeyWatch::types(const Window& window) const {
-  return !press_ || (window.readySince() && press_->since >= *window.readySince());
-}
-
-bool KeyWatch::counts(const Window& window) const {
-  if (!press_) return true;
-  if (!press_->fresh || !window.readySince() || press_->made < *window.readySince()) return false;
-  return !window.workedUntil() || !anyDownSince(*window.workedUntil());
-}
-
-bool KeyWatch::anyDownSince(Time time) const {
-  return std::any_of(keys_.cbegin(), keys_.cend(), [&](const Key& key) {
-    return key.since < time && press_->made - key.last < (key.down ? silent : letAlone);
-  });
+  keyboard_.release(identity(event), made);
 }
 
 }  // namespace kartix::adapters::qt

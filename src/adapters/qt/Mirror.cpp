@@ -16,6 +16,7 @@
 #include <array>
 #include <utility>
 
+#include "adapters/frontend/Accelerators.h"
 #include "adapters/qt/ButtonMirrors.h"
 #include "adapters/qt/ChoiceMirrors.h"
 #include "adapters/qt/DisplayMirrors.h"
@@ -31,10 +32,12 @@ void Mirror::update() {
   show();
 }
 
-void Mirror::setAccelerator(QChar letter) {
+void Mirror::setAccelerator(char letter) {
   accelerator_ = letter;
   update();
 }
+
+QString Mirror::marked() const { return shown(frontend::withAccelerator(control_.text(), accelerator_)); }
 
 void Mirror::takeInput(Gate gate) {
   gate_ = std::move(gate);

@@ -33,8 +33,8 @@ class Mirror : public QObject {
   virtual void takeInput(Gate gate);
 
   /// The text that can carry an accelerator; empty when the widget has none.
-  virtual QString caption() const { return {}; }
-  void setAccelerator(QChar letter);
+  virtual std::string caption() const { return {}; }
+  void setAccelerator(char letter);
 
  protected:
   virtual void show() = 0;
@@ -45,7 +45,8 @@ class Mirror : public QObject {
   void protect(const Action& action) const noexcept {
     control_.form().protect(action);
   }
-  QChar accelerator() const { return accelerator_; }
+  /// The text with its accelerator marked, as buttons and labels take it.
+  QString marked() const;
   /// A click on the widget is one on the control, as is F2 for those who use the keyboard.
   bool eventFilter(QObject* receiver, QEvent* event) override;
 
@@ -53,7 +54,7 @@ class Mirror : public QObject {
   forms::Control& control_;
   QWidget& widget_;
   Gate gate_;
-  QChar accelerator_;
+  char accelerator_ = 0;
 };
 
 /// The mirror for `control` in `widget`; nothing when the widget is not of a kind that can show it.

@@ -2,8 +2,9 @@
 
 #include <QPalette>
 #include <QSignalBlocker>
-#include <algorithm>
 #include <utility>
+
+#include "adapters/frontend/KeyFilter.h"
 
 namespace kartix::adapters::qt {
 namespace {
@@ -15,26 +16,19 @@ void showReadOnly(QWidget& widget, bool readOnly) {
   widget.setPalette(palette);
 }
 
-}  // namespace
+/// The key filter at work on an edit.
+struct Typed {
+  QString text;
+  int cursor = 0;
+};
 
-Edited filterEdit(const forms::TextField& field, const QString& before, const Edited& after) {
-  if (!field.onKeyPress) return after;
-  const qsizetype shorter = std::min(before.size(), after.text.size());
-  qsizetype head = 0;
-  while (head < shorter && before[head] == after.text[head]) ++head;
-  qsizetype tail = 0;
-  while (tail < shorter - head && before[before.size() - 1 - tail] == after.text[after.text.size() - 1 - tail])
-    ++tail;
-  QString passed;
-  const QString inserted = after.text.mid(head, after.text.size() - head - tail);
-  for (const char32_t key : inserted.toUcs4()) {
-    if (const auto taken = field.userKey(key)) passed += QString::fromUcs4(&*taken, 1);
-  }
-  const qsizetype behind = after.text.size() - std::max(after.cursor, head + inserted.size());
-  QString text = after.text.left(head) + passed + after.text.right(tail);
-  const qsizetype cursor = text.size() - behind;
-  return {std::move(text), cursor};
+Typed filtered(const forms::TextField& field, const QString& before, const Typed& typed) {
+  const auto passed = frontend::filterEdit(field, before.toStdU16String(),
+                                           {typed.text.toStdU16String(), static_cast<std::size_t>(typed.cursor)});
+  return {QString::fromStdU16String(passed.text), static_cast<int>(passed.cursor)};
 }
+
+}  // namespace
 
 LineMirror::LineMirror(forms::TextField& control, QLineEdit& widget)
     : Mirror(control, widget), control_(control), widget_(widget) {}
@@ -60,12 +54,12 @@ void LineMirror::show() {
 }
 
 void LineMirror::edited() {
-  const Edited typed{widget_.text(), widget_.cursorPosition()};
-  const Edited passed = filterEdit(control_, QString::fromStdString(control_.text()), typed);
+  const Typed typed{widget_.text(), widget_.cursorPosition()};
+  const Typed passed = filtered(control_, QString::fromStdString(control_.text()), typed);
   if (passed.text != typed.text) {
     const QSignalBlocker quiet(&widget_);
     widget_.setText(passed.text);
-    widget_.setCursorPosition(static_cast<int>(passed.cursor));
+    widget_.setCursorPosition(passed.cursor);
   }
   act([&] { control_.userEdit(passed.text.toStdString()); });
 }
@@ -94,14 +88,14 @@ void LinesMirror::show() {
 
 void LinesMirror::edited() {
   const QString before = shown(control_.text());
-  const Edited typed{widget_.toPlainText(), widget_.textCursor().position()};
+  const Typed typed{widget_.toPlainText(), widget_.textCursor().position()};
   if (typed.text == before) return;
-  const Edited passed = filterEdit(control_, before, typed);
+  const Typed passed = filtered(control_, before, typed);
   if (passed.text != typed.text) {
     const QSignalBlocker quiet(&widget_);
     widget_.setPlainText(passed.text);
     QTextCursor cursor = widget_.textCursor();
-    cursor.setPosition(static_cast<int>(passed.cursor));
+    cursor.setPosition(passed.cursor);
     widget_.setTextCursor(cursor);
   }
   act([&] { control_.userEdit(entered(passed.text)); });

@@ -42,14 +42,4 @@ class LinesMirror : public Mirror {
   std::optional<bool> readOnly_;  ///< as it is shown
 };
 
-/// A text after an edit, and where the cursor stands in it.
-struct Edited {
-  QString text;
-  qsizetype cursor = 0;
-};
-
-/// What becomes of an edit that turned `before` into `after`: the characters that it brought in, typed, pasted or
-/// dropped alike, go through the field's key filter.
-Edited filterEdit(const forms::TextField& field, const QString& before, const Edited& after);
-
 }  // namespace kartix::adapters::qt

@@ -11,9 +11,10 @@
 #include <QPushButton>
 #include <QScreen>
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
-#include "adapters/qt/Accelerators.h"
+#include "adapters/frontend/Accelerators.h"
 #include "adapters/qt/Designs.h"
 #include "adapters/qt/Display.h"
 #include "adapters/qt/Icons.h"
@@ -55,7 +56,7 @@ Window::Window(forms::Form& form, QWidget* parent)
   drawDecorations();
   mirrorAll();
   seen_.setSingleShot(true);
-  connect(&seen_, &QTimer::timeout, this, [this] { ready_ = std::chrono::steady_clock::now(); });
+  connect(&seen_, &QTimer::timeout, this, [this] { readiness_.seen(std::chrono::steady_clock::now()); });
 }
 
 /// Drawings that belong to the design alone and to no control of the form.
@@ -169,10 +170,7 @@ void Window::pressEnter() {
   if (button && button->isVisible()) button->click();
 }
 
-void Window::markWorked() {
-  worked_ = std::chrono::steady_clock::now();
-  if (ready_) ready_ = worked_;
-}
+void Window::markWorked() { readiness_.worked(std::chrono::steady_clock::now()); }
 
 void Window::paintEvent(QPaintEvent* event) {
   QDialog::paintEvent(event);
@@ -189,18 +187,18 @@ Mirror* Window::mirrorOf(const forms::Control& control) const {
 
 void Window::assignAccelerators() {
   std::vector<Mirror*> bearers;
-  QStringList captions;
+  std::vector<std::string> captions;
   // Buttons first: their letters are the ones that clerks learn.
   for (const bool buttons : {true, false}) {
     for (const auto& mirror : mirrors_) {
       if ((qobject_cast<QPushButton*>(&mirror->widget()) != nullptr) != buttons) continue;
       bearers.push_back(mirror.get());
-      captions += mirror->caption();
+      captions.push_back(mirror->caption());
     }
   }
   if (captions == captions_) return;
   captions_ = captions;
-  const auto letters = chooseAccelerators(captions);
+  const auto letters = frontend::chooseAccelerators(captions);
   for (std::size_t i = 0; i < bearers.size(); ++i) bearers[i]->setAccelerator(letters[i]);
 }
 

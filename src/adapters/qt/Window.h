@@ -3,12 +3,12 @@
 #include <QDialog>
 #include <QPointer>
 #include <QTimer>
-#include <chrono>
 #include <functional>
 #include <memory>
-#include <optional>
+#include <string>
 #include <vector>
 
+#include "adapters/frontend/Keyboard.h"
 #include "adapters/qt/Mirror.h"
 #include "platform/forms/Form.h"
 
@@ -36,12 +36,9 @@ class Window : public QDialog {
   /// Brings the window to the front and gives it the focus.
   void comeForward();
 
-  using Time = std::chrono::steady_clock::time_point;
-  /// The form was at work until now, and the clerk could not know what a key would do.
+  /// The form was at work until now.
   void markWorked();
-  std::optional<Time> workedUntil() const { return worked_; }
-  /// Since when the clerk sees what a key will do: since the window was painted or, later, since the last work.
-  std::optional<Time> readySince() const { return ready_; }
+  const frontend::Readiness& readiness() const { return readiness_; }
 
   /// Called after each painting.
   std::function<void()> onPainted;
@@ -67,11 +64,10 @@ class Window : public QDialog {
   bool designed_ = false;
   bool painted_ = false;
   QTimer seen_;  ///< for what follows the first painting
-  std::optional<Time> ready_;
-  std::optional<Time> worked_;
+  frontend::Readiness readiness_;
   std::vector<std::unique_ptr<Mirror>> mirrors_;
-  QPointer<QWidget> lostFocus_;  ///< had the focus when it was disabled
-  QStringList captions_;         ///< those that the accelerators were chosen for
+  QPointer<QWidget> lostFocus_;        ///< had the focus when it was disabled
+  std::vector<std::string> captions_;  ///< those that the accelerators were chosen for
 };
 
 /// "Text_3" for "Text[3]".

@@ -1,6 +1,6 @@
-#include "adapters/qt/InputClock.h"
+#include "adapters/frontend/InputClock.h"
 
-namespace kartix::adapters::qt {
+namespace kartix::adapters::frontend {
 namespace {
 
 using std::chrono::milliseconds;
@@ -12,22 +12,24 @@ constexpr milliseconds longestDelay = std::chrono::hours{1};
 constexpr milliseconds firstDelay = std::chrono::seconds{10};
 
 /// Differences of clocks that start again every 49 days.
-qint32 less(quint32 a, quint32 b) { return static_cast<qint32>(a - b); }
-qint32 less(qint32 a, qint32 b) { return less(static_cast<quint32>(a), static_cast<quint32>(b)); }
+std::int32_t less(std::uint32_t a, std::uint32_t b) { return static_cast<std::int32_t>(a - b); }
+std::int32_t less(std::int32_t a, std::int32_t b) {
+  return less(static_cast<std::uint32_t>(a), static_cast<std::uint32_t>(b));
+}
 
 }  // namespace
 
-InputClock::Time InputClock::made(quint64 stamp, Time now) {
+InputClock::Time InputClock::made(std::uint64_t stamp, Time now) {
   if (stamp == 0) return now;
   const auto ours = std::chrono::duration_cast<milliseconds>(now.time_since_epoch()).count();
-  const qint32 apart = less(static_cast<quint32>(ours), static_cast<quint32>(stamp));
+  const std::int32_t apart = less(static_cast<std::uint32_t>(ours), static_cast<std::uint32_t>(stamp));
   learn(apart, now);
   return now - milliseconds(less(apart, least()));
 }
 
-qint32 InputClock::least() const { return less(past_, *present_) < 0 ? past_ : *present_; }
+std::int32_t InputClock::least() const { return less(past_, *present_) < 0 ? past_ : *present_; }
 
-void InputClock::learn(qint32 apart, Time now) {
+void InputClock::learn(std::int32_t apart, Time now) {
   if (!present_) {
     const bool sameClock = apart >= 0 && apart < firstDelay.count();
     present_ = past_ = sameClock ? 0 : apart;
@@ -42,4 +44,4 @@ void InputClock::learn(qint32 apart, Time now) {
   if (less(apart, *present_) < 0) present_ = apart;
 }
 
-}  // namespace kartix::adapters::qt
+}  // namespace kartix::adapters::frontend

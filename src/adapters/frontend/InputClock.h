@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QtGlobal>
 #include <chrono>
+#include <cstdint>
 #include <optional>
 
-namespace kartix::adapters::qt {
+namespace kartix::adapters::frontend {
 
 /// Tells when input was made, however late a busy machine delivers it. Input events carry a time of the display's
 /// clock, whose beginning is not known; the events that came with the least delay tell how it stands to ours.
@@ -14,17 +14,17 @@ class InputClock {
 
   /// When the input of an event that is delivered at `now` was made: `now` at the latest. `stamp` is the event's time
   /// in milliseconds, of which 32 bits are used; 0 when it has none.
-  Time made(quint64 stamp, Time now = std::chrono::steady_clock::now());
+  Time made(std::uint64_t stamp, Time now = std::chrono::steady_clock::now());
 
  private:
-  qint32 least() const;
-  void learn(qint32 apart, Time now);
+  std::int32_t least() const;
+  void learn(std::int32_t apart, Time now);
 
   /// Our clock less the display's, at the event that was delivered with the least delay: of the running period, and
   /// of the one before. Clocks drift, so older ones are forgotten.
-  std::optional<qint32> present_;
-  qint32 past_ = 0;
+  std::optional<std::int32_t> present_;
+  std::int32_t past_ = 0;
   Time since_;
 };
 
-}  // namespace kartix::adapters::qt
+}  // namespace kartix::adapters::frontend
