@@ -1,0 +1,18 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Stage.h"
+#include "platform/UserInterface.h"
+
+namespace kartix::adapters {
+
+/// Shows forms as native windows to a clerk, modal to all windows of the calling thread. Without a desktop that can
+/// be seen forms are not shown (`ShowResult` says so). Windows have the system's size of text as far as the host's
+/// process is told of it. All calls are made from one thread, the host's user-interface thread.
+std::unique_ptr<platform::UserInterface> makeNativeUserInterface();
+
+/// Shows the windows of a play on the desktop, where there is one.
+std::unique_ptr<platform::Stage> makeNativeStage();
+
+}  // namespace kartix::adapters
