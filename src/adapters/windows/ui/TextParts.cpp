@@ -15,8 +15,8 @@ constexpr int narrowest = 240;
 constexpr int widest = 520;
 constexpr int highest = 420;
 
-/// Frame and margins of a field of one line.
-constexpr int aroundLine = 8;
+/// What is left free above and below a line. The field writes at its upper edge, so it is little.
+constexpr int aroundLine = 4;
 
 /// The size of a field of several lines, where the design does not limit it.
 constexpr int linesWidth = 256;
@@ -79,7 +79,7 @@ bool TextPart::takesLines() const { return element().kind == Kind::lines && !con
 
 Size TextPart::natural() const {
   if (element().kind == Kind::lines) return {look().pixels(linesWidth), look().pixels(linesHeight)};
-  return {0, look().lineHeight() + look().pixels(aroundLine)};
+  return {0, look().lineHeight() + 2 * GetSystemMetrics(SM_CYEDGE) + look().pixels(aroundLine)};
 }
 
 std::wstring TextPart::shown() const {
