@@ -1,20 +1,21 @@
 #include "component/HostSettings.h"
 
 #include <algorithm>
-#include <array>
 #include <exception>
 
 #include "common/Scrambling.h"
 #include "common/Text.h"
 #include "runtime/Konfiguration.h"
+#include "runtime/SettingsTable.h"
 
 namespace kartix {
 namespace {
 
 bool isSecret(std::string_view name) {
-  constexpr std::array<std::string_view, 4> secret = {"SysPass", "DBPass", "ZEVISPass", "GATEWAYCertPass"};
-  return std::any_of(secret.begin(), secret.end(),
-                     [&](std::string_view one) { return text::equalNoCase(one, name); });
+  const auto table = settingsTable();
+  return std::any_of(table.begin(), table.end(), [&](const SettingEntry& each) {
+    return each.secret() && text::equalNoCase(each.name, name);
+  });
 }
 
 /// What an administrator calls the value: its section, when it stands in one, and its name.

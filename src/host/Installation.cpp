@@ -134,7 +134,7 @@ Installation::Installation(std::filesystem::path registryFile)
 Installation::~Installation() = default;
 
 bool Installation::storeHoldsSettings() {
-  return std::any_of(allSettings().begin(), allSettings().end(),
+  return std::any_of(settingsTable().begin(), settingsTable().end(),
                      [&](const Setting& setting) { return storedValue(*parts_->registry, setting).has_value(); });
 }
 

@@ -1,9 +1,12 @@
 #include "host/SettingsCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <array>
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
+#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -15,6 +18,7 @@
 #include "host/Command.h"
 #include "host/RegistryFile.h"
 #include "host/Settings.h"
+#include "platform/ProfileFiles.h"
 #include "platform/Registry.h"
 
 namespace kartix::host {
@@ -22,13 +26,22 @@ namespace {
 
 constexpr std::size_t longestLine = 4096;
 
+using Json = nlohmann::ordered_json;
+
 struct Options {
   std::string registry;
   std::string name;
   std::optional<std::string> value;
   bool scrambled = false;
+  bool json = false;
   std::string file;
 };
+
+const char* typeName(SettingType type) {
+  constexpr std::array<const char*, 8> names = {"text",    "password", "path",   "service",
+                                                "address", "number",   "on/off", "selection"};
+  return names.at(static_cast<std::size_t>(type));
+}
 
 std::unique_ptr<platform::Registry> openStore(const Options& options) {
   return adapters::machine::makeRegistry(registryFile(options.registry));
@@ -38,14 +51,14 @@ std::unique_ptr<platform::Registry> openStore(const Options& options) {
 /// whose other end has failed must not empty a setting.
 std::string readValue(const Setting& setting) {
   const bool person = adapters::system::isTerminal(adapters::system::Stream::input);
-  if (person) std::cerr << setting.path << ": " << std::flush;
+  if (person) std::cerr << setting.path() << ": " << std::flush;
   std::optional<adapters::system::HiddenInput> hidden;
-  if (setting.secret && person) hidden.emplace();
+  if (setting.secret() && person) hidden.emplace();
   std::string line;
   for (char c = 0; line.size() <= longestLine && std::cin.get(c) && c != '\n';) line.push_back(c);
   if (hidden) std::cerr << '\n';
-  if (line.size() > longestLine) throw UsageError(setting.path + ": the value is too long");
-  if (line.empty() && !std::cin) throw UsageError(setting.path + ": no value was given");
+  if (line.size() > longestLine) throw UsageError(setting.path() + ": the value is too long");
+  if (line.empty() && !std::cin) throw UsageError(setting.path() + ": no value was given");
   if (line.ends_with('\r')) line.pop_back();
   return line;
 }
@@ -55,39 +68,85 @@ std::string scramble(const Setting& setting, const std::string& plain) {
   if (plain.empty()) return {};
   std::string stored = CryptLong(plain);
   if (DecryptLong(stored) != plain) {
-    throw UsageError(setting.path + ": a password can only hold characters of Windows-1252");
+    throw UsageError(setting.path() + ": a password can only hold characters of Windows-1252");
   }
   return stored;
 }
 
+Json toJson(const Setting& setting, const ValueInForce& inForce) {
+  Json operations = Json::array();
+  std::istringstream names(operationNames(setting.neededBy));
+  for (std::string name; std::getline(names >> std::ws, name, ',');) operations.push_back(name);
+  const bool masked = setting.secret() && !inForce.value.empty();
+  return {{"name", setting.path()},
+          {"value", masked ? "*****" : inForce.value},
+          {"source", sourceName(inForce.source)},
+          {"type", typeName(setting.type)},
+          {"secret", setting.secret()},
+          {"default", setting.fallback},
+          {"allowed", setting.allowed},
+          {"storeOnly", setting.storeOnly},
+          {"neededBy", operations},
+          {"meaning", setting.meaning}};
+}
+
+/// Also without a store: what counts then are the defaults.
 void list(const Options& options) {
   const auto store = openStore(options);
-  for (const Setting& setting : allSettings()) {
-    const std::string value = storedValue(*store, setting).value_or("");
-    std::cout << setting.path << " = " << (setting.secret && !value.empty() ? "*****" : printable(value)) << '\n';
+  const auto files = adapters::machine::makeProfileFiles();
+  Json all = Json::array();
+  for (const Setting& setting : settingsTable()) {
+    const ValueInForce inForce = valueInForce(*store, *files, setting);
+    if (options.json) {
+      all.push_back(toJson(setting, inForce));
+      continue;
+    }
+    const bool masked = setting.secret() && !inForce.value.empty();
+    std::cout << setting.path() << " = " << (masked ? "*****" : printable(inForce.value));
+    const bool remarked = inForce.source != ValueInForce::Source::store && !inForce.value.empty();
+    if (remarked) std::cout << "  (" << sourceName(inForce.source) << ")";
+    std::cout << '\n';
   }
+  if (options.json) std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  requireStore(registryFile(options.registry));
 }
 
 void get(const Options& options) {
   const Setting& setting = findSetting(options.name);
-  const auto value = storedValue(*openStore(options), setting);
-  if (!value) throw CommandFailure(setting.path + " is not set");
+  requireStore(registryFile(options.registry));
+  const auto [value, source] = valueInForce(*openStore(options), *adapters::machine::makeProfileFiles(), setting);
+  if (value.empty()) throw CommandFailure(setting.path() + " is not set");
   // The scrambled form holds control characters: they are for files and pipes only.
-  std::cout << (adapters::system::isTerminal(adapters::system::Stream::output) ? printable(*value) : *value) << '\n';
+  std::cout << (adapters::system::isTerminal(adapters::system::Stream::output) ? printable(value) : value) << '\n';
+  // Beside the value, which scripts read.
+  if (source != ValueInForce::Source::store) std::cerr << setting.path() << ": " << sourceName(source) << '\n';
 }
 
 void set(const Options& options) {
   const Setting& setting = findSetting(options.name);
-  if (options.scrambled && !setting.secret) throw UsageError(setting.path + " is not secret: leave out --scrambled");
+  if (options.scrambled && !setting.secret()) {
+    throw UsageError(setting.path() + " is not secret: leave out --scrambled");
+  }
+  if (setting.secret() && options.value) {
+    throw UsageError(setting.path() +
+                     " is not taken from the command line, which others can read: leave it out, and enter it or pass "
+                     "it to standard input");
+  }
   std::string value = options.value ? *options.value : readValue(setting);
-  if (setting.secret && !options.scrambled) value = scramble(setting, value);
+  checkType(setting, value);
+  if (setting.secret() && !options.scrambled) value = scramble(setting, value);
   storeValue(*openStore(options), setting, value);
+}
+
+void unset(const Options& options) {
+  requireStore(registryFile(options.registry));
+  removeValue(*openStore(options), findSetting(options.name));
 }
 
 /// Copies every setting that `from` holds, or none when one of them cannot be stored; gives their number.
 std::size_t copySettings(platform::Registry& from, platform::Registry& to) {
   std::vector<std::pair<const Setting*, std::string>> found;
-  for (const Setting& setting : allSettings()) {
+  for (const Setting& setting : settingsTable()) {
     const auto value = storedValue(from, setting);
     if (!value) continue;
     checkValue(setting, *value);
@@ -132,14 +191,23 @@ void addSettingsCommand(CLI::App& app, int& exit) {
     return command;
   };
   const char* const nameHelp = "Section and name, for example FS.ServerIP";
-  add("list", "Show every setting; passwords appear as *****", list);
-  add("get", "Print one setting, a password in its scrambled form", get)
+  CLI::App* const lister =
+      add("list",
+          "Show what counts of every setting, with a remark when it comes from elsewhere than the "
+          "store; passwords appear as *****",
+          list);
+  lister->add_flag("--json", options->json, "As JSON, with everything that is known of each setting");
+  add("get", "Print what counts of one setting, a password in its scrambled form", get)
       ->add_option("NAME", options->name, nameHelp)
       ->required();
   CLI::App* const setter = add("set", "Store one setting; a password is entered plain and stored scrambled", set);
   setter->add_option("NAME", options->name, nameHelp)->required();
-  setter->add_option("VALUE", options->value, "New value; without it one line of standard input");
+  setter->add_option("VALUE", options->value,
+                     "New value; without it one line of standard input, as always for passwords");
   setter->add_flag("--scrambled", options->scrambled, "The password is in its scrambled form already");
+  add("unset", "Take one setting out of the store, so that the ini file or the default counts", unset)
+      ->add_option("NAME", options->name, nameHelp)
+      ->required();
   add("import", "Take over settings from a registry export", importSettings)
       ->add_option("FILE", options->file, "Registry export (.reg)")
       ->required()

@@ -6,7 +6,7 @@ class App;
 
 namespace kartix::host {
 
-/// Adds `settings list|get|set|import|export`; `exit` receives the exit status.
+/// Adds `settings list|get|set|unset|import|export`; `exit` receives the exit status.
 void addSettingsCommand(CLI::App& app, int& exit);
 
 }  // namespace kartix::host

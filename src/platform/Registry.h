@@ -31,6 +31,13 @@ class Registry {
   /// Stores `text` (UTF-8) as a string value below the existing or new key `key`. False when it was not written;
   /// the store then still holds its former content.
   virtual bool RegSetValueEx(std::string_view key, std::string_view name, std::string_view text) = 0;
+
+  /// Takes the value `name` away, if it is there. A store that cannot do that leaves an empty one, which counts as
+  /// none. False when the store cannot be written.
+  virtual bool RegDeleteValue(std::string_view key, std::string_view name) { return RegSetValueEx(key, name, ""); }
+
+  /// Why the last write came to nothing, in the system's words; empty where that is not known.
+  virtual std::string writeFailure() const { return {}; }
 };
 
 }  // namespace kartix::platform

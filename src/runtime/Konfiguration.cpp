@@ -12,6 +12,7 @@
 #include "platform/Registry.h"
 #include "runtime/Global.h"
 #include "runtime/Reporting.h"
+#include "runtime/SettingsTable.h"
 #include "runtime/Trace.h"
 
 namespace kartix {
@@ -92,6 +93,11 @@ std::string Konfiguration::read(std::string_view section, std::string_view name)
   return parameter(section, name, fromIni, false);
 }
 
+std::string Konfiguration::readOr(std::string_view section, std::string_view name) {
+  std::string value = read(section, name);
+  return value.empty() ? std::string(settingEntry(section, name).fallback) : value;
+}
+
 std::string Konfiguration::readSecret(std::string_view section, std::string_view name) {
   bool fromIni = false;
   return parameter(section, name, fromIni, true);
@@ -150,7 +156,7 @@ void Konfiguration::readSwitches() {
   Testsystem = read(sectionRegister, "Testsystem") == "1";
   if (Testsystem && !silent_) reporting_.InfoMsg("Achtung, Testsystem", hintCaption);
   SektionKennung = read(sectionRegister, "SektionKennung");
-  if (SektionKennung != "ZEVIS" && SektionKennung != "ZKR" && SektionKennung != "KBA") SektionKennung = "ZKR";
+  SektionKennung = countsAs(settingEntry(sectionRegister, "SektionKennung"), SektionKennung);
 }
 
 void Konfiguration::readGateway() {
@@ -177,10 +183,8 @@ void Konfiguration::readRegister() {
   ZPPER = read(sectionRegister, "ZPPER");
   BehoerdeVorderseite = read(sectionRegister, "BehoerdeVorderseite");
   BehoerdeRueckseite = read(sectionRegister, "BehoerdeRueckseite");
-  DTDHost1 = read(sectionGateway, "DTDHost1");
-  if (DTDHost1.empty()) DTDHost1 = "test.zevis.example";
-  DTDHost2 = read(sectionGateway, "DTDHost2");
-  if (DTDHost2.empty()) DTDHost2 = "zevis.example";
+  DTDHost1 = readOr(sectionGateway, "DTDHost1");
+  DTDHost2 = readOr(sectionGateway, "DTDHost2");
   SecureProxy = read(sectionGateway, "SecureProxy");
   Bestellbuch = readUntraced(sectionRegister, "Bestellbuch");
   const std::string ansi = codepage::toAnsi(ZPPER);

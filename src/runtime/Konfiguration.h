@@ -116,6 +116,8 @@ class Konfiguration {
   void readAll();
   void tracePaths();
   std::string read(std::string_view section, std::string_view name);
+  /// The value, or what counts in place of none.
+  std::string readOr(std::string_view section, std::string_view name);
   std::string readSecret(std::string_view section, std::string_view name);
   std::string readUntraced(std::string_view section, std::string_view name);
   void readDatabase();

@@ -82,7 +82,7 @@ TEST_F(Command, SettingsComeBackAndSecretsStayScrambled) {
   EXPECT_EQ(kartix("settings get ZKR.ZEVISPass --registry other.reg").out, scrambled);
   EXPECT_EQ(kartix("settings set ZKR.ZEVISPass --scrambled", scrambled).status, 0);
   EXPECT_EQ(kartix("settings get ZKR.ZEVISPass").out, scrambled);
-  EXPECT_EQ(kartix("settings set FS.DBPass 'Đorđe'").status, 2) << "would not come back";
+  EXPECT_EQ(kartix("settings set FS.DBPass", "Đorđe").status, 2) << "would not come back";
   EXPECT_EQ(kartix("settings set ZKR.ZEVISPass").status, 2) << "nothing was entered";
   EXPECT_EQ(kartix("settings get ZKR.ZEVISPass").out, scrambled);
   EXPECT_EQ(kartix("settings get FS.DBPass").status, 1) << "not set";
@@ -92,6 +92,36 @@ TEST_F(Command, SettingsComeBackAndSecretsStayScrambled) {
             std::string(1025, 'y') + "\"\n");
   EXPECT_EQ(kartix("settings import long.reg").status, 2);
   EXPECT_EQ(kartix("settings get ServerIP").out, "10.0.0.1\n") << "all or nothing";
+}
+
+TEST_F(Command, SettingsShowWhatCountsAndRefuseWhatDoesNotFit) {
+  EXPECT_THAT(kartix("settings list").err, HasSubstr("gives nothing: No such file or directory"));
+  EXPECT_EQ(kartix("settings get FS.DBName").status, 1);
+  write("own.ini", "[ZKR]\r\nKENZA=15003\r\nZPPER=ini\r\nTestClerk=1\r\n");
+  kartix("settings set InfoDatei " + (dir / "own.ini").string());
+  kartix("settings set ZKR.ZPPER store");
+  const Outcome inIni = kartix("settings get ZKR.KENZA");
+  EXPECT_EQ(inIni.out + inIni.err, "15003\nZKR.KENZA: ini file\n");
+  EXPECT_THAT(kartix("settings list").out,
+              AllOf(HasSubstr("ZKR.KENZA = 15003  (ini file)\n"), HasSubstr("ZKR.ZPPER = store\n"),
+                    HasSubstr("ZKR.TestClerk = 0  (default)\n"), HasSubstr("FS.DBName = \n")));
+  EXPECT_EQ(kartix("settings unset ZPPER").status, 0);
+  EXPECT_EQ(kartix("settings get ZPPER").out, "ini\n");
+  for (const char* const wrong : {"ZEVISPort abc", "ZEVISPort 65536", "GATEWAY ja", "SektionKennung zevis",
+                                  "Testsystem ja", "AnfrageURI zkr", "SecureProxy proxy", "FS.DBPass geheim"}) {
+    const Outcome outcome = kartix("settings set " + std::string(wrong));
+    EXPECT_EQ(outcome.status, 2) << wrong;
+    EXPECT_THAT(outcome.err, Not(HasSubstr("geheim")));
+  }
+  fs::create_directory(dir / "config/kartix/.registry.reg.new");
+  EXPECT_THAT(kartix("settings set KENZA 1").err, HasSubstr("cannot be written: File exists"));
+  write("config/kartix/registry.reg", "REGEDIT");
+  for (const char* const line :
+       {"settings list", "settings get KENZA", "settings unset KENZA", "settings set KENZA 1"}) {
+    const Outcome outcome = kartix(line);
+    EXPECT_EQ(outcome.status, 1) << line;
+    EXPECT_THAT(outcome.err, HasSubstr("it is damaged")) << line;
+  }
 }
 
 TEST_F(Command, AFullStandardOutputIsAFailure) {
@@ -129,11 +159,11 @@ TEST_F(Command, DoctorSaysWhatToMend) {
   write("own.ini", "");
   fs::create_directory(dir / ".own.ini.new");  // in the way of every write
   kartix("settings set InfoDatei " + (dir / "own.ini").string());
-  for (const char* setting :
-       {"FS.DBName empty.db", "GATEWAY 1", "GATEWAYCert a.crt", "GATEWAYPkey b.key", "GATEWAYCertPass geheim",
-        "ZEVISServer 127.0.0.1", "ZEVISPort 1", "KODSImageDir gone"}) {
+  for (const char* setting : {"FS.DBName empty.db", "GATEWAY 1", "GATEWAYCert a.crt", "GATEWAYPkey b.key",
+                              "ZEVISServer 127.0.0.1", "ZEVISPort 1", "KODSImageDir gone"}) {
     EXPECT_EQ(kartix("settings set " + std::string(setting)).status, 0) << setting;
   }
+  kartix("settings set GATEWAYCertPass", "geheim");
   doctor = kartix("doctor");
   EXPECT_EQ(doctor.status, 1);
   EXPECT_EQ(doctor.err, "");
@@ -148,7 +178,7 @@ TEST_F(Command, DoctorSaysWhatToMend) {
   EXPECT_THAT(doctor.out, Not(HasSubstr("geheim")));
   kartix("settings set GATEWAYCert old.crt");
   EXPECT_THAT(kartix("doctor").out, HasSubstr("FAULT  certificate: expired on "));
-  kartix("settings set GATEWAYCertPass falsch");
+  kartix("settings set GATEWAYCertPass", "falsch");
   EXPECT_THAT(kartix("doctor").out, HasSubstr("FAULT  certificate: key cannot be opened: b.key\n"));
   for (const char* setting :
        {"InfoDatei", "FS.DBName", "ZEVIS.GATEWAYCert", "ZEVIS.GATEWAYPkey", "ZFER.DebugFile", "KODSImageDir"}) {
@@ -174,8 +204,8 @@ TEST_F(Command, WithoutADisplayAnOperationEndsAtOnce) {
 
 TEST_F(Command, AScriptThatDoesNotFitEndsWith3AndSecretsAreMasked) {
   makeDatabase();
-  kartix("settings set FS.SysPass geheim1");
-  kartix("settings set ZKR.ZEVISPass geheim2");
+  kartix("settings set FS.SysPass", "geheim1");
+  kartix("settings set ZKR.ZEVISPass", "geheim2");
   write("script.json", R"([{"window":"StartForm","click":"Button[0]"},{"window":"Auswahl","pick":0}])");
   write("objects.json", R"({"TSW.Schnittstellen.KBA.ZKR.ARGO2006Anfrage": {"DoAnfrage": -1, "GetErrorMsg": "weg"}})");
   const Outcome outcome = kartix(

@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "adapters/sqlite/Sqlite.h"
 #include "common/Scrambling.h"
+#include "common/Text.h"
+#include "runtime/SettingsTable.h"
 #include "support/Files.h"
 #include "support/TestMachine.h"
 
@@ -35,6 +39,45 @@ class Settings : public testing::Test {
   Konfiguration& k = machine.runtime.konfiguration;
   const std::string ini = machine.directory / "argo.ini";
 };
+
+/// Notes the settings that are asked for.
+struct Asked : platform::Registry {
+  std::optional<platform::RegistryValue> RegQueryValueEx(std::string_view key, std::string_view name) override {
+    asked.insert(text::upper(std::string(key) + (key.ends_with('\\') ? "" : "\\") + std::string(name)));
+    if (name == "SektionKennung") return platform::RegistryValue{platform::RegistryValue::Type::string, section};
+    if (name == "DebugLevel") return platform::RegistryValue{platform::RegistryValue::Type::dword, "", 1};
+    return std::nullopt;
+  }
+  bool RegCreateKeyEx(std::string_view) override { return false; }
+  bool RegSetValueEx(std::string_view, std::string_view, std::string_view) override { return false; }
+
+  std::string section;
+  std::set<std::string> asked;
+};
+
+TEST_F(Settings, EverySettingThatIsReadStandsInTheTableAndEveryOneThereIsRead) {
+  Asked store;
+  test::IdleParts& idle = machine.idle;
+  Runtime runtime{{store, *machine.files, idle, *machine.dbe, idle, idle, idle, idle, idle, idle, machine.clock}};
+  runtime.reporting.setMessageWindow(&machine.messages);
+  for (const char* const section : {"ZEVIS", "ZKR", "KBA"}) {
+    store.section = section;
+    runtime.konfiguration.readOnce();
+    runtime.konfiguration.init();
+  }
+  runtime.konfiguration.GetImageDir("1");
+  runtime.TraceOpen();
+  std::set<std::string> known;
+  for (const SettingEntry& each : settingsTable()) {
+    // The test clerk is asked for where components are put together.
+    if (each.name != "TestClerk") known.insert(text::upper(each.key() + std::string(each.name)));
+    EXPECT_EQ(misfit(each, each.fallback), "") << each.path();
+    EXPECT_EQ(countsAs(each, each.fallback), each.fallback) << each.path();
+  }
+  // Without an ini file, sections are also looked for as keys of their own.
+  std::erase_if(store.asked, [](const std::string& key) { return !key.starts_with("SOFTWARE"); });
+  EXPECT_EQ(store.asked, known);
+}
 
 TEST_F(Settings, SecretsAreUnscrambledFromBothPlaces) {
   storeIni("ZKR", "KENZA", CryptLong("Geheim€1"));

@@ -142,7 +142,9 @@ bool FileUpdate::replace(std::string_view bytes) const {
   const bool written = writeAll(file.number(), bytes) && keepAccess(file.number(), path_) &&
                        ::fsync(file.number()) == 0 && file.close();
   if (!written || ::rename(fresh_.c_str(), path_.c_str()) != 0) {
+    const int reason = errno;
     ::unlink(fresh_.c_str());
+    errno = reason;
     return false;
   }
   if (directory_.valid()) ::fsync(directory_.number());

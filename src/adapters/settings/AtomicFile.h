@@ -59,7 +59,8 @@ class FileUpdate {
   FileContent read(std::size_t limit) const { return readFile(path_, limit); }
 
   /// Puts `bytes` in place of the former content. Whoever opens the file sees either all of the old or all of the new
-  /// content, also after a crash. Access rights are kept, a new file gets mode 0600. False when nothing was replaced.
+  /// content, also after a crash. Access rights are kept, a new file gets mode 0600. False when nothing was replaced;
+  /// `errno` tells why.
   bool replace(std::string_view bytes) const;
 
   /// True when a new content could be written beside the file, as `replace` does; nothing of that stays.

@@ -266,6 +266,14 @@ bool RegDocument::setString(std::string_view key, std::string_view name, std::st
   return true;
 }
 
+void RegDocument::remove(std::string_view key, std::string_view name) {
+  const auto place = keys_.find(text::upper(fullPath(key)));
+  if (place == keys_.end()) return;
+  const auto former = place->second.values.find(text::upper(name));
+  if (former == place->second.values.end()) return;
+  lines_.replace(former->second.line, former->second.count, (name.empty() ? "@" : quoted(name)) + "=-");
+}
+
 std::string RegDocument::encode() const { return encodeRegFile(lines_.join(), encoding_); }
 
 }  // namespace kartix::adapters

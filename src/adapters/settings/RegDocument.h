@@ -29,6 +29,8 @@ class RegDocument {
   /// stale afterwards: encode the document and parse it anew to read from it.
   bool createKey(std::string_view key);
   bool setString(std::string_view key, std::string_view name, std::string_view text);
+  /// The line of the value says from now on that it is none.
+  void remove(std::string_view key, std::string_view name);
 
   /// The bytes of the file.
   std::string encode() const;

@@ -1,4 +1,7 @@
+#include <cerrno>
 #include <optional>
+#include <system_error>
+#include <utility>
 
 #include "adapters/settings/AtomicFile.h"
 #include "adapters/settings/RegDocument.h"
@@ -34,6 +37,15 @@ class RegFile : public platform::Registry {
     return update([&](RegDocument& document) { return document.setString(key, name, text); });
   }
 
+  bool RegDeleteValue(std::string_view key, std::string_view name) override {
+    return update([&](RegDocument& document) {
+      document.remove(key, name);
+      return true;
+    });
+  }
+
+  std::string writeFailure() const override { return failure_; }
+
  private:
   static std::optional<RegDocument> parse(const FileContent& content) {
     if (content.state == FileContent::State::missing) return RegDocument();
@@ -44,22 +56,43 @@ class RegFile : public platform::Registry {
   /// Changes what is in the file now, not what was read last: another process may have written meanwhile.
   template <typename Change>
   bool update(Change change) {
+    errno = 0;
     createDirectory(file_.path().parent_path());
     const FileUpdate update(file_.path());
-    if (!update.held()) return false;
+    if (!update.held()) return failed(std::generic_category().message(EWOULDBLOCK));
     const FileContent content = update.read(settingsLimit);
     auto document = parse(content);
-    if (!document || !change(*document)) return false;
+    if (!document) return failed(registryFileTrouble(file_.path()));
+    if (!change(*document)) return failed("a registry file cannot hold it");
     const std::string bytes = document->encode();
     if (content.state == FileContent::State::read && bytes == content.bytes) return true;
-    return bytes.size() <= settingsLimit && update.replace(bytes);
+    if (bytes.size() > settingsLimit) return failed(std::generic_category().message(EFBIG));
+    errno = 0;
+    return update.replace(bytes) || failed(std::generic_category().message(errno));
+  }
+
+  bool failed(std::string why) {
+    failure_ = std::move(why);
+    return false;
   }
 
   WatchedFile file_;
   std::optional<RegDocument> document_;
+  std::string failure_;
 };
 
 }  // namespace
+
+std::string registryFileTrouble(const std::filesystem::path& file) {
+  errno = 0;
+  const FileContent content = readFile(file, settingsLimit);
+  const int reason = errno;
+  if (content.state == FileContent::State::read) {
+    return RegDocument::parse(content.bytes) ? "" : "it is damaged, or no registry export";
+  }
+  if (reason != 0) return std::generic_category().message(reason);
+  return "it is no file, or larger than 4 MiB";
+}
 
 std::unique_ptr<platform::Registry> makeRegFile(std::filesystem::path file) {
   return std::make_unique<RegFile>(std::move(file));

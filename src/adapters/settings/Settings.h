@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 
 #include "platform/ProfileFiles.h"
 #include "platform/Registry.h"
@@ -16,6 +17,9 @@ namespace kartix::adapters {
 /// with its directories, readable for its owner only. A file that is not of the format, or larger than 4 MiB, gives
 /// nothing and is never written to.
 std::unique_ptr<platform::Registry> makeRegFile(std::filesystem::path file);
+
+/// Why a settings store gives no values ("No such file or directory"); empty when it does.
+std::string registryFileTrouble(const std::filesystem::path& file);
 
 /// Ini files, single-byte, at most 4 MiB each; written like the settings store. A file that holds NUL bytes is not an
 /// ini file: it gives nothing and is never written to. Nor is a path of another system.

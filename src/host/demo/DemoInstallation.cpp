@@ -126,7 +126,7 @@ DemoInstallation::DemoInstallation(const fs::path& directory) : directory_(fs::a
 void DemoInstallation::set(const char* setting, const std::string& value) const {
   const auto registry = adapters::makeRegFile(registryFile());
   const Setting& known = findSetting(setting);
-  storeValue(*registry, known, known.secret ? CryptLong(value) : value);
+  storeValue(*registry, known, known.secret() ? CryptLong(value) : value);
 }
 
 void DemoInstallation::setAgain() const {
