@@ -1,6 +1,6 @@
 #include "common/Paths.h"
 
-#include <filesystem>
+#include <string>
 
 namespace kartix {
 namespace {
@@ -9,9 +9,11 @@ bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 
 }  // namespace
 
+std::filesystem::path pathOf(std::string_view utf8) { return std::u8string(utf8.begin(), utf8.end()); }
+
 bool isForeignPath(std::string_view path) {
   using Path = std::filesystem::path;
-  if (Path::preferred_separator == '\\' || Path(path).is_absolute()) return false;
+  if (Path::preferred_separator == '\\' || pathOf(path).is_absolute()) return false;
   const bool drive = path.size() > 1 && path[1] == ':' && isLetter(path[0]);
   return drive || path.find('\\') != std::string_view::npos;
 }

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <filesystem>
 #include <string_view>
 
 namespace kartix {
+
+/// `utf8` as the standard library takes it. Its own way from narrow text to a path leads over the system's code page
+/// where there is one.
+std::filesystem::path pathOf(std::string_view utf8);
 
 /// True for a path in the notation of another system ("C:\kba\trace.txt", "\\server\kba", "kba\trace.txt"): here it
 /// would be the odd name of a file in the current directory. An absolute path of this system never is one.

@@ -1,11 +1,11 @@
 #include "adapters/curl/HandlePool.h"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <new>
 #include <utility>
+
+#include "adapters/curl/Watch.h"
 
 namespace kartix::adapters {
 namespace {
@@ -29,9 +29,7 @@ bool Handle::connected() const {
 bool Handle::connectionEnds(std::chrono::milliseconds wait) const {
   curl_socket_t socket = CURL_SOCKET_BAD;
   curl_easy_getinfo(easy_, CURLINFO_ACTIVESOCKET, &socket);
-  pollfd watched{socket, POLLIN, 0};
-  // A watch that failed has seen nothing.
-  return ::poll(&watched, 1, static_cast<int>(wait.count())) != 0;
+  return speaks(socket, wait);
 }
 
 HandlePool::HandlePool() {

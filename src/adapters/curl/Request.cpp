@@ -173,6 +173,8 @@ void Request::prepareTls(Handle& handle) {
   setOption(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
   setOption(easy, CURLOPT_SSL_VERIFYPEER, 1L);
   setOption(easy, CURLOPT_SSL_VERIFYHOST, 2L);
+  // The authorities that the system trusts, where it keeps them in a store of its own instead of files.
+  setOption(easy, CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NATIVE_CA));
   if (certificate_.empty()) return;
   setOption(easy, CURLOPT_SSLCERT, certificate_.c_str());
   if (!key_.empty()) setOption(easy, CURLOPT_SSLKEY, key_.c_str());

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <sys/stat.h>
-
 #include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+
+#include "adapters/settings/SystemFiles.h"
 
 namespace kartix::adapters {
 
@@ -19,34 +20,18 @@ struct FileContent {
 
   State state = State::unusable;  ///< unusable: not a regular file, too large, or not readable
   std::string bytes;
+  std::error_code failure;  ///< of the system, when that kept it from being read
 };
 
 /// Reads a regular file of at most `limit` bytes.
 FileContent readFile(const std::filesystem::path& path, std::size_t limit);
-
-/// An open file descriptor.
-class Descriptor {
- public:
-  explicit Descriptor(int number = -1) : number_(number) {}
-  ~Descriptor();
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int number() const { return number_; }
-  bool valid() const { return number_ >= 0; }
-  /// Closes it; False when the system reports that something was not written.
-  bool close();
-
- private:
-  int number_;
-};
 
 /// Exclusive hold on one file, to read it and put a new content in its place. Others who want to update a file of the
 /// same directory wait until this object is gone.
 ///
 /// ```cpp
 /// FileUpdate update(path);
-/// bool written = update.held() && update.replace("new content");
+/// bool written = update.held() && !update.replace("new content");
 /// ```
 class FileUpdate {
  public:
@@ -54,25 +39,24 @@ class FileUpdate {
   /// Clears away what an interrupted update of this file has left.
   explicit FileUpdate(std::filesystem::path path);
 
-  bool held() const { return held_; }
+  bool held() const { return lock_.held(); }
 
   FileContent read(std::size_t limit) const { return readFile(path_, limit); }
 
   /// Puts `bytes` in place of the former content. Whoever opens the file sees either all of the old or all of the new
-  /// content, also after a crash. Access rights are kept, a new file gets mode 0600. False when nothing was replaced;
-  /// `errno` tells why.
-  bool replace(std::string_view bytes) const;
+  /// content, also after a crash. Access rights are kept, a new file gets mode 0600. An error when
+  /// nothing was replaced.
+  std::error_code replace(std::string_view bytes) const;
 
   /// True when a new content could be written beside the file, as `replace` does; nothing of that stays.
   bool possible() const;
 
  private:
-  int createFresh() const;
+  void removeFresh() const;
 
   std::filesystem::path path_;
   std::filesystem::path fresh_;  ///< where the new content is written before it takes its place
-  Descriptor directory_;
-  bool held_ = false;
+  WriterLock lock_;
 };
 
 /// `FileUpdate` for a content that does not depend on the former one.
@@ -90,7 +74,7 @@ class WatchedFile {
  private:
   std::filesystem::path path_;
   FileContent content_;
-  std::optional<struct stat> seen_;
+  std::optional<FileStamp> seen_;
 };
 
 }  // namespace kartix::adapters

@@ -84,13 +84,13 @@ class IniFiles : public platform::ProfileFiles {
         withoutBlanks(key).find_first_of(";[") == 0 || !fitsValue(value)) {
       return false;
     }
-    const FileUpdate update{std::filesystem::path(file)};
+    const FileUpdate update(pathOf(file));
     if (!update.held()) return false;
     const FileContent content = update.read(settingsLimit);
     if (content.state == FileContent::State::unusable || !isText(content.bytes)) return false;
     const std::string bytes =
         changed(content.bytes, codepage::toAnsi(section), codepage::toAnsi(key), written(codepage::toAnsi(value)));
-    return bytes.size() <= settingsLimit && update.replace(bytes);
+    return bytes.size() <= settingsLimit && !update.replace(bytes);
   }
 
   std::optional<std::string> asReadBack(std::string_view value) override {
@@ -104,7 +104,7 @@ class IniFiles : public platform::ProfileFiles {
   std::optional<std::string> find(std::string_view section, std::string_view key, std::string_view file) {
     if (file.empty() || isForeignPath(file) || section.empty() || key.empty()) return std::nullopt;
     // A component uses one ini file; the one used last is kept.
-    if (!file_ || file_->path() != std::filesystem::path(file)) file_.emplace(std::filesystem::path(file));
+    if (!file_ || file_->path() != pathOf(file)) file_.emplace(pathOf(file));
     bool changed = false;
     const FileContent& content = file_->content(changed);
     if (changed) {

@@ -1,4 +1,3 @@
-#include <cerrno>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -15,7 +14,7 @@ void createDirectory(const std::filesystem::path& directory) {
   std::error_code error;
   if (directory.empty() || std::filesystem::exists(directory, error)) return;
   createDirectory(directory.parent_path());
-  ::mkdir(directory.c_str(), S_IRWXU);
+  makeOwnDirectory(directory);
 }
 
 class RegFile : public platform::Registry {
@@ -56,19 +55,18 @@ class RegFile : public platform::Registry {
   /// Changes what is in the file now, not what was read last: another process may have written meanwhile.
   template <typename Change>
   bool update(Change change) {
-    errno = 0;
     createDirectory(file_.path().parent_path());
     const FileUpdate update(file_.path());
-    if (!update.held()) return failed(std::generic_category().message(EWOULDBLOCK));
+    if (!update.held()) return failed(std::make_error_code(std::errc::operation_would_block).message());
     const FileContent content = update.read(settingsLimit);
     auto document = parse(content);
     if (!document) return failed(registryFileTrouble(file_.path()));
     if (!change(*document)) return failed("a registry file cannot hold it");
     const std::string bytes = document->encode();
     if (content.state == FileContent::State::read && bytes == content.bytes) return true;
-    if (bytes.size() > settingsLimit) return failed(std::generic_category().message(EFBIG));
-    errno = 0;
-    return update.replace(bytes) || failed(std::generic_category().message(errno));
+    if (bytes.size() > settingsLimit) return failed(std::make_error_code(std::errc::file_too_large).message());
+    const std::error_code failure = update.replace(bytes);
+    return !failure || failed(failure.message());
   }
 
   bool failed(std::string why) {
@@ -84,13 +82,11 @@ class RegFile : public platform::Registry {
 }  // namespace
 
 std::string registryFileTrouble(const std::filesystem::path& file) {
-  errno = 0;
   const FileContent content = readFile(file, settingsLimit);
-  const int reason = errno;
   if (content.state == FileContent::State::read) {
     return RegDocument::parse(content.bytes) ? "" : "it is damaged, or no registry export";
   }
-  if (reason != 0) return std::generic_category().message(reason);
+  if (content.failure) return content.failure.message();
   return "it is no file, or larger than 4 MiB";
 }
 

@@ -1,17 +1,15 @@
 #include "adapters/sqlite/HostDatabase.h"
 
-#include <fcntl.h>
 #include <sqlite3.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <array>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <map>
 #include <memory>
 #include <stdexcept>
+#include <system_error>
+
+#include "adapters/sqlite/FreshFile.h"
 
 namespace kartix::adapters {
 namespace {
@@ -87,27 +85,9 @@ std::runtime_error failure(const std::filesystem::path& path, const std::string&
   return std::runtime_error(path.string() + ": " + reason);
 }
 
-/// A file that goes with this object.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const std::filesystem::path& target) : name_(target.string() + ".XXXXXX") {
-    const int file = ::mkostemp(name_.data(), O_CLOEXEC);
-    if (file < 0) throw failure(target, std::strerror(errno));
-    ::close(file);
-  }
-  ~TemporaryFile() { ::unlink(name_.c_str()); }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-  const char* name() const { return name_.c_str(); }
-
- private:
-  std::string name_;
-};
-
-void makeTables(const char* file, const std::filesystem::path& target) {
+void makeTables(const std::filesystem::path& file, const std::filesystem::path& target) {
   sqlite3* raw = nullptr;
-  const int opened = sqlite3_open_v2(file, &raw, SQLITE_OPEN_READWRITE, nullptr);
+  const int opened = sqlite3_open_v2(file.string().c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
   const std::unique_ptr<sqlite3, CloseDatabase> database(raw);
   if (opened != SQLITE_OK) throw failure(target, sqlite3_errstr(opened));
   std::string script = "begin;";
@@ -133,13 +113,13 @@ std::vector<std::string> hostTableStatements() {
 void createHostDatabase(const std::filesystem::path& path) {
   std::error_code error;
   if (std::filesystem::exists(std::filesystem::symlink_status(path, error))) throw failure(path, "exists already");
-  const TemporaryFile fresh(path);
-  makeTables(fresh.name(), path);
-  // Unlike a rename, a link never takes the place of a file that has appeared meanwhile.
-  if (::link(fresh.name(), path.c_str()) == 0) return;
-  const bool noLinks = errno == EPERM || errno == EOPNOTSUPP;
-  if (noLinks && ::renameat2(AT_FDCWD, fresh.name(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0) return;
-  throw failure(path, errno == EEXIST ? "exists already" : std::strerror(errno));
+  try {
+    const FreshFile fresh(path);
+    makeTables(fresh.path(), path);
+    fresh.become(path);
+  } catch (const std::system_error& refused) {
+    throw failure(path, refused.code() == std::errc::file_exists ? "exists already" : refused.code().message());
+  }
 }
 
 }  // namespace kartix::adapters

@@ -66,13 +66,13 @@ class SqliteConnection : public dbe::Connection {
   bool open(const std::string& name, const std::string& /*user*/, const std::string& /*password*/) override {
     std::error_code error;
     // An absolute path keeps special names from making a database in memory.
-    const std::filesystem::path path = std::filesystem::absolute(name, error);
+    const std::filesystem::path path = std::filesystem::absolute(pathOf(name), error);
     if (name.empty() || name.find('\0') != std::string::npos || error || isForeignPath(name) ||
         !std::filesystem::is_regular_file(path, error)) {
       return false;
     }
     sqlite3* raw = nullptr;
-    const int opened = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
+    const int opened = sqlite3_open_v2(path.string().c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
     database_.reset(raw);
     if (opened != SQLITE_OK) return false;
     harden(raw);

@@ -1,5 +1,3 @@
-#include "adapters/files/Lines.h"
-
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -10,6 +8,9 @@
 #include <cerrno>
 #include <cstring>
 #include <ctime>
+
+#include "adapters/files/LineSplitter.h"
+#include "adapters/files/Lines.h"
 
 namespace kartix::adapters {
 namespace {
@@ -98,22 +99,13 @@ std::error_code readWholeLines(const std::string& path, std::size_t longest,
   if (::fstat(file, &status) != 0) return systemError();
   if (!S_ISREG(status.st_mode)) return std::make_error_code(std::errc::invalid_argument);
   std::array<char, 65536> buffer;
-  std::string line;
-  bool tooLong = false;
+  LineSplitter lines(longest, take);
   for (;;) {
     const ssize_t count = ::read(file, buffer.data(), buffer.size());
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return systemError();
     if (count == 0) return {};
-    std::string_view rest(buffer.data(), static_cast<std::size_t>(count));
-    for (std::size_t end = rest.find('\n'); end != std::string_view::npos; end = rest.find('\n')) {
-      if (!tooLong && line.size() + end <= longest) take(line.append(rest.substr(0, end)));
-      line.clear();
-      tooLong = false;
-      rest.remove_prefix(end + 1);
-    }
-    tooLong = tooLong || line.size() + rest.size() > longest;
-    if (!tooLong) line.append(rest);
+    lines.add({buffer.data(), static_cast<std::size_t>(count)});
   }
 }
 

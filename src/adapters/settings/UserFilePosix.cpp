@@ -1,10 +1,10 @@
-#include "adapters/settings/UserFile.h"
-
 #include <pwd.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <string>
+
+#include "adapters/settings/UserFile.h"
 
 namespace kartix::adapters {
 namespace {
