@@ -16,7 +16,7 @@ struct Route {
 class DbeChooser : public platform::DbeLibrary {
  public:
   DbeChooser(std::unique_ptr<platform::DbeLibrary> embedded, std::unique_ptr<platform::DbeLibrary> server)
-      : embedded_(std::move(embedded)), server_(std::move(server)) {}
+      : embedded_(std::move(embedded)), server_(std::move(server)), current_(embedded_.get()) {}
 
   std::int16_t DBE_Initialize() override { return clients_.add(true); }
 
@@ -30,6 +30,7 @@ class DbeChooser : public platform::DbeLibrary {
     if (route.client < 0) return route.client;
     route.connection = route.library->DBE_Connect(route.client, mode, server, port, user, password);
     const std::int16_t handle = route.connection < 0 ? route.connection : routes_.add(route);
+    if (handle >= 0) current_ = route.library;
     if (handle < 0) route.library->DBE_CLEANUP(route.client);
     return handle;
   }
@@ -43,7 +44,10 @@ class DbeChooser : public platform::DbeLibrary {
   std::int16_t DBE_Query(std::int16_t client, std::int16_t connection, std::string& cursor, std::string& count,
                          std::string& buffer) override {
     const Route* const to = find(client, connection);
-    if (to) return to->library->DBE_Query(to->client, to->connection, cursor, count, buffer);
+    if (to) {
+      current_ = to->library;
+      return to->library->DBE_Query(to->client, to->connection, cursor, count, buffer);
+    }
     buffer = "Keine Verbindung";
     return noRoute;
   }
@@ -51,7 +55,9 @@ class DbeChooser : public platform::DbeLibrary {
   std::int16_t DBE_GetNextEntry(std::int16_t client, std::int16_t connection, std::int16_t mode,
                                 std::string_view cursor, std::string& count, std::string& buffer) override {
     const Route* const to = find(client, connection);
-    return to ? to->library->DBE_GetNextEntry(to->client, to->connection, mode, cursor, count, buffer) : noRoute;
+    if (!to) return noRoute;
+    current_ = to->library;
+    return to->library->DBE_GetNextEntry(to->client, to->connection, mode, cursor, count, buffer);
   }
 
   std::int16_t DBE_CloseCursor(std::int16_t client, std::int16_t connection, std::string_view cursor) override {
@@ -82,13 +88,13 @@ class DbeChooser : public platform::DbeLibrary {
   }
 
   std::string DBE_COPYBUF(std::string_view row, std::int16_t field, std::size_t capacity) override {
-    return embedded_->DBE_COPYBUF(row, field, capacity);
+    return current_->DBE_COPYBUF(row, field, capacity);
   }
 
-  std::size_t TXT_BUFFERSIZE() override { return embedded_->TXT_BUFFERSIZE(); }
+  std::size_t TXT_BUFFERSIZE() override { return current_->TXT_BUFFERSIZE(); }
 
   std::string TXT_DBTOWIN(std::string_view date, std::string_view format) override {
-    return embedded_->TXT_DBTOWIN(date, format);
+    return current_->TXT_DBTOWIN(date, format);
   }
 
  private:
@@ -101,6 +107,7 @@ class DbeChooser : public platform::DbeLibrary {
 
   std::unique_ptr<platform::DbeLibrary> embedded_;
   std::unique_ptr<platform::DbeLibrary> server_;
+  platform::DbeLibrary* current_;  ///< whose rows are read: of the connection that was used last
   dbe::Handles<bool> clients_;
   dbe::Handles<Route> routes_;
 };
