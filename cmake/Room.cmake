@@ -1,7 +1,9 @@
 # Warnings and sanitizers that every target of the project is built with.
 add_library(kartix_options INTERFACE)
-target_compile_options(kartix_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
-                                                -Woverloaded-virtual -Wconversion -Wno-sign-conversion)
+target_compile_options(kartix_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Woverloaded-virtual -Wconversion -Wno-sign-conversion)
+if(NOT WIN32)  # whose own interfaces have none
+  target_compile_options(kartix_options INTERFACE -Wnon-virtual-dtor)
+endif()
 if(KARTIX_WERROR)
   target_compile_options(kartix_options INTERFACE -Werror)
 endif()

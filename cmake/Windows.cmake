@@ -1,5 +1,6 @@
 # Libraries of headers alone are the same for every system, but the folder they stand in holds those of the system at
 # hand too: what is needed of it is shown to the compiler in a folder of its own.
+string(APPEND CMAKE_CXX_STANDARD_LIBRARIES " -lws2_32 -lcrypt32 -lbcrypt")  # of the transport's libraries
 set(headers ${PROJECT_BINARY_DIR}/headers)
 file(MAKE_DIRECTORY ${headers})
 function(kartix_header_library package target folder)

@@ -63,7 +63,8 @@ std::optional<std::string> converted(std::string_view bytes, const std::string& 
   if (text::equalNoCase(name, "UTF-16LE")) return fromUtf16(bytes, false);
   if (text::equalNoCase(name, "UTF-16BE")) return fromUtf16(bytes, true);
   if (text::equalNoCase(name, "US-ASCII") || text::equalNoCase(name, "ASCII")) {
-    const bool fits = std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+    const bool fits =
+        std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
     return fits ? std::optional(std::string(bytes)) : std::nullopt;
   }
   const UINT codePage = codePageOf(name);

@@ -59,6 +59,18 @@ class Entries {
     if (status != ERROR_FILE_NOT_FOUND) check(status);
   }
 
+  /// Takes out a key that holds nothing.
+  void removeEmpty(const std::wstring& key) const {
+    HKEY open = nullptr;
+    if (RegOpenKeyExW(rootOf(scope_), (classesRoot + key).c_str(), 0, KEY_READ, &open) != ERROR_SUCCESS) return;
+    DWORD keys = 1;
+    DWORD values = 1;
+    RegQueryInfoKeyW(open, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
+                     nullptr);
+    RegCloseKey(open);
+    if (keys == 0 && values == 0) RegDeleteKeyW(rootOf(scope_), (classesRoot + key).c_str());
+  }
+
  private:
   Scope scope_;
 };
@@ -158,6 +170,11 @@ HRESULT unregisterServer(Scope scope) noexcept {
   HRESULT first = answered([&] { removeLibrary(Entries(scope)); });
   for (const Identity& identity : identities()) {
     const HRESULT result = answered([&] { removeClass(Entries(scope), identity); });
+    if (SUCCEEDED(first)) first = result;
+  }
+  // A user who has no classes has none of these either.
+  for (const wchar_t* const key : {L"CLSID", L"Interface", L"TypeLib"}) {
+    const HRESULT result = answered([&] { Entries(scope).removeEmpty(key); });
     if (SUCCEEDED(first)) first = result;
   }
   return first;

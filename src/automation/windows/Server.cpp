@@ -1,120 +1,33 @@
 #include "automation/windows/Server.h"
 
-#include <objbase.h>
-
-#include <array>
 #include <atomic>
-#include <cwchar>
-#include <iterator>
-#include <memory>
-#include <new>
-
-#include "automation/windows/Identifiers.h"
-#include "automation/windows/Registration.h"
-#include "automation/windows/ServedObject.h"
-#include "component/Dispatch.h"
 
 namespace kartix::automation {
 namespace {
 
-/// Of the library that the system has loaded, for as long as it is loaded.
-struct Loaded {
-  HMODULE module = nullptr;
-  std::atomic<long> uses = 0;
-  std::atomic<bool> everUsed = false;
+/// Of the library, for as long as it is loaded.
+struct Use {
+  std::atomic<long> holders = 0;
+  std::atomic<bool> componentMade = false;
 };
 
-Loaded& loaded() {
-  static constinit Loaded process;
-  return process;
-}
-
-/// Makes the objects of one class.
-class ClassFactory final : public IClassFactory {
- public:
-  ClassFactory(const dispatch::Class& type, const Identity& identity) : type_(type), identity_(identity) {}
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override {
-    if (!object) return E_POINTER;
-    *object = wanted == IID_IUnknown || wanted == IID_IClassFactory ? this : nullptr;
-    if (!*object) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++holders_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --holders_;
-    if (left == 0) delete this;
-    return left;
-  }
-
-  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID wanted, void** object) override {
-    if (object) *object = nullptr;
-    return outer ? CLASS_E_NOAGGREGATION : ServedObject::create(type_, identity_, wanted, object);
-  }
-  HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
-    lock != FALSE ? ServerUse::begin() : ServerUse::end();
-    return S_OK;
-  }
-
- private:
-  virtual ~ClassFactory() = default;
-
-  const dispatch::Class& type_;
-  const Identity& identity_;
-  std::atomic<ULONG> holders_{1};
-  ServerUse use_;
-};
-
-HRESULT getClassObject(REFCLSID classId, REFIID wanted, void** object) noexcept {
-  if (!object) return E_POINTER;
-  *object = nullptr;
-  const auto known = identities();
-  for (std::size_t i = 0; i < known.size(); ++i) {
-    if (known[i].classId != classId) continue;
-    auto* const factory = new (std::nothrow) ClassFactory(dispatch::classes()[i], known[i]);
-    if (!factory) return E_OUTOFMEMORY;
-    const HRESULT result = factory->QueryInterface(wanted, object);
-    factory->Release();
-    return result;
-  }
-  return CLASS_E_CLASSNOTAVAILABLE;
+Use& ofProcess() {
+  static constinit Use use;
+  return use;
 }
 
 }  // namespace
 
-void ServerUse::begin() { ++loaded().uses; }
-void ServerUse::end() { --loaded().uses; }
-bool ServerUse::none() { return loaded().uses == 0 && !loaded().everUsed; }
-void ServerUse::componentMade() { loaded().everUsed = true; }
+void ServerUse::begin() { ++ofProcess().holders; }
+void ServerUse::end() { --ofProcess().holders; }
+bool ServerUse::none() { return ofProcess().holders == 0 && !ofProcess().componentMade; }
+void ServerUse::componentMade() { ofProcess().componentMade = true; }
 
-HMODULE thisModule() { return loaded().module; }
+HMODULE thisModule() {
+  constexpr DWORD byAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+  HMODULE found = nullptr;
+  GetModuleHandleExW(byAddress, reinterpret_cast<LPCWSTR>(&thisModule), &found);
+  return found;
+}
 
 }  // namespace kartix::automation
-
-using namespace kartix::automation;
-
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
-  if (reason == DLL_PROCESS_ATTACH) {
-    loaded().module = module;
-    DisableThreadLibraryCalls(module);
-  }
-  return TRUE;
-}
-
-STDAPI DllGetClassObject(REFCLSID classId, REFIID wanted, LPVOID* object) {
-  return getClassObject(classId, wanted, object);
-}
-
-STDAPI DllCanUnloadNow() { return ServerUse::none() ? S_OK : S_FALSE; }
-
-STDAPI DllRegisterServer() { return registerServer(Scope::machine); }
-STDAPI DllUnregisterServer() { return unregisterServer(Scope::machine); }
-
-/// `regsvr32 /n /i:user` registers for the user alone.
-STDAPI DllInstall(BOOL install, LPCWSTR commandLine) {
-  const bool user = commandLine && _wcsicmp(commandLine, L"user") == 0;
-  if (commandLine && *commandLine != L'\0' && !user) return E_INVALIDARG;
-  const Scope scope = user ? Scope::user : Scope::machine;
-  return install != FALSE ? registerServer(scope) : unregisterServer(scope);
-}
