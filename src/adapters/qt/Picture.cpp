@@ -4,8 +4,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
+#include <string_view>
 
-#include "adapters/qt/Completeness.h"
+#include "adapters/images/Completeness.h"
 #include "adapters/qt/Silence.h"
 
 namespace kartix::adapters::qt {
@@ -77,7 +78,10 @@ std::optional<Picture> Picture::read(const QString& file) {
   if (size.isEmpty()) return std::nullopt;
   Picture picture(size, reader.transformation());
   if (format != "jpeg" && format != "png" && format != "bmp" && format != "tiff") return std::nullopt;
-  if (!isComplete(format, *bytes)) return std::nullopt;
+  const auto view = [](const QByteArray& array) {
+    return std::string_view(array.constData(), static_cast<std::size_t>(array.size()));
+  };
+  if (!images::isComplete(view(format), view(*bytes))) return std::nullopt;
   if (format == "jpeg") {
     picture.jpeg_ = *bytes;
     return picture;

@@ -1,139 +1,20 @@
 #include "adapters/qt/Resampling.h"
 
 #include <QColorSpace>
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstddef>
-#include <cstring>
-#include <numbers>
-#include <vector>
+
+#include "adapters/images/Resampling.h"
 
 namespace kartix::adapters::qt {
-namespace {
-
-constexpr double lobes = 3;
-
-double lanczos(double x) {
-  if (x == 0) return 1;
-  if (std::abs(x) >= lobes) return 0;
-  const double angle = std::numbers::pi * x;
-  return lobes * std::sin(angle) * std::sin(angle / lobes) / (angle * angle);
-}
-
-/// What one line of the result takes: pixels of the picture from `first` on, and the surroundings. The shares add up
-/// to 1.
-struct Taps {
-  int first = 0;
-  std::vector<float> shares;
-  float around = 0;
-};
-
-/// Taps of all `target` lines of one side. The picture has `count` pixels from `at` on, on a canvas of `canvas`
-/// pixels.
-std::vector<Taps> tapsOfSide(int count, double at, double canvas, int target) {
-  const double step = canvas / target;
-  const double reach = std::max(step, 1.0);
-  std::vector<Taps> side(static_cast<std::size_t>(target));
-  std::vector<double> shares;
-  for (int line = 0; line < target; ++line) {
-    const double centre = (line + 0.5) * step - at - 0.5;
-    const int last = static_cast<int>(std::floor(centre + lobes * reach));
-    Taps& taps = side[static_cast<std::size_t>(line)];
-    double around = 0;
-    double sum = 0;
-    shares.clear();
-    for (int pixel = static_cast<int>(std::ceil(centre - lobes * reach)); pixel <= last; ++pixel) {
-      const bool inside = pixel >= 0 && pixel < count;
-      const double place = pixel + 0.5 + at;
-      if (!inside && (place < 0 || place >= canvas)) continue;
-      const double share = lanczos((pixel - centre) / reach);
-      sum += share;
-      if (!inside) around += share;
-      if (inside && shares.empty()) taps.first = pixel;
-      if (inside) shares.push_back(share);
-    }
-    taps.around = static_cast<float>(around / sum);
-    taps.shares.resize(shares.size());
-    std::transform(shares.begin(), shares.end(), taps.shares.begin(),
-                   [sum](double share) { return static_cast<float>(share / sum); });
-  }
-  return side;
-}
-
-/// Sums up a column of the picture for every value of a row. Four rows at a time, for each pass over the sums costs
-/// as much as a row.
-void addRows(std::vector<float>& sums, const QImage& picture, const Taps& taps) {
-  constexpr std::size_t atOnce = 4;
-  const std::size_t count = sums.size();
-  float* __restrict sum = sums.data();
-  for (std::size_t tap = 0; tap < taps.shares.size(); tap += atOnce) {
-    std::array<float, atOnce> share{};
-    std::array<const uchar*, atOnce> row{};
-    for (std::size_t i = 0; i < atOnce; ++i) {
-      const std::size_t present = std::min(tap + i, taps.shares.size() - 1);
-      row[i] = picture.constScanLine(taps.first + static_cast<int>(present));
-      share[i] = present == tap + i ? taps.shares[present] : 0;
-    }
-    const auto [a, b, c, d] = row;
-    for (std::size_t i = 0; i < count; ++i) {
-      sum[i] += share[0] * static_cast<float>(a[i]) + share[1] * static_cast<float>(b[i]) +
-                share[2] * static_cast<float>(c[i]) + share[3] * static_cast<float>(d[i]);
-    }
-  }
-}
-
-uchar toByte(float value) { return static_cast<uchar>(std::max(0.0F, std::min(value + 0.5F, 255.0F))); }
-
-/// The four bytes of a pixel, reckoned with at once.
-using Quad = float __attribute__((vector_size(4 * sizeof(float))));
-
-/// Rows are summed up first: that runs along the memory, however wide the filter. A `Pixel` is `channels` floats.
-template <std::size_t channels, class Pixel>
-void fill(QImage& result, const QImage& picture, const std::vector<Taps>& columns, const std::vector<Taps>& rows,
-          Pixel around) {
-  std::vector<float> sums(static_cast<std::size_t>(picture.width()) * channels);
-  for (int y = 0; y < result.height(); ++y) {
-    const Taps& row = rows[static_cast<std::size_t>(y)];
-    const Pixel above = row.around * around;
-    for (std::size_t i = 0; i < sums.size(); i += channels) std::memcpy(&sums[i], &above, sizeof above);
-    addRows(sums, picture, row);
-
-    uchar* out = result.scanLine(y);
-    for (const Taps& column : columns) {
-      Pixel value = column.around * around;
-      const float* in = sums.data() + static_cast<std::size_t>(column.first) * channels;
-      for (const float share : column.shares) {
-        Pixel pixel;
-        std::memcpy(&pixel, in, sizeof pixel);
-        value += share * pixel;
-        in += channels;
-      }
-      std::array<float, channels> parts{};
-      std::memcpy(parts.data(), &value, sizeof value);
-      for (const float part : parts) *out++ = toByte(part);
-    }
-  }
-}
-
-}  // namespace
 
 QImage resample(const QImage& picture, const Canvas& canvas, QSize target) {
   QImage result(target, picture.format());
   if (result.isNull()) return result;
-  const auto columns = tapsOfSide(picture.width(), canvas.at.x(), canvas.size.width(), target.width());
-  const auto rows = tapsOfSide(picture.height(), canvas.at.y(), canvas.size.height(), target.height());
-  const auto blue = static_cast<float>(qBlue(canvas.around));
-  if (picture.format() == QImage::Format_Grayscale8) {
-    fill<1>(result, picture, columns, rows, blue);
-  } else {
-    // The bytes of a QRgb in memory, from the lowest.
-    static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN);
-    constexpr float opaque = 255;
-    const Quad around = {blue, static_cast<float>(qGreen(canvas.around)), static_cast<float>(qRed(canvas.around)),
-                         opaque};
-    fill<4>(result, picture, columns, rows, around);
-  }
+  // The bytes of a QRgb in memory, from the lowest, are blue, green, red.
+  static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN);
+  const int channels = picture.format() == QImage::Format_Grayscale8 ? 1 : 4;
+  images::resample({picture.constBits(), picture.bytesPerLine(), picture.width(), picture.height(), channels},
+                   {canvas.size.width(), canvas.size.height(), canvas.at.x(), canvas.at.y(), canvas.around},
+                   {result.bits(), result.bytesPerLine(), result.width(), result.height(), channels});
   result.setColorSpace(picture.colorSpace());
   return result;
 }

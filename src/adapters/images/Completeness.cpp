@@ -1,10 +1,25 @@
-#include "adapters/qt/Completeness.h"
+#include "adapters/images/Completeness.h"
 
-#include <QtEndian>
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
-namespace kartix::adapters::qt {
+namespace kartix::adapters::images {
 namespace {
+
+std::uint32_t bigEndian(std::string_view bytes) {
+  std::uint32_t number = 0;
+  for (const char byte : bytes) number = number << 8U | static_cast<unsigned char>(byte);
+  return number;
+}
+
+std::uint32_t littleEndian(std::string_view bytes) {
+  std::uint32_t number = 0;
+  for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte) {
+    number = number << 8U | static_cast<unsigned char>(*byte);
+  }
+  return number;
+}
 
 /// Looks for the end marker. Small previews within segments are passed over with their segments.
 bool jpegIsComplete(std::string_view bytes) {
@@ -21,7 +36,7 @@ bool jpegIsComplete(std::string_view bytes) {
     const bool alone = code <= 1 || (code >= restart0 && code <= start);
     if (alone) continue;
     if (bytes.size() - at < 2) return false;
-    at += qFromBigEndian<quint16>(bytes.data() + at);
+    at += bigEndian(bytes.substr(at, 2));
   }
   return false;
 }
@@ -31,7 +46,7 @@ bool pngIsComplete(std::string_view bytes) {
   constexpr std::size_t signature = 8;
   constexpr std::size_t frame = 12;  // length, name and checksum of a chunk
   for (std::size_t at = signature; at + frame <= bytes.size();) {
-    const std::size_t next = at + frame + qFromBigEndian<quint32>(bytes.data() + at);
+    const std::size_t next = at + frame + bigEndian(bytes.substr(at, 4));
     if (bytes.substr(at + 4, 4) == "IEND") return next <= bytes.size();
     at = next;
   }
@@ -41,17 +56,16 @@ bool pngIsComplete(std::string_view bytes) {
 /// Believes the length in the header.
 bool bmpIsComplete(std::string_view bytes) {
   constexpr std::size_t length = 2;
-  return bytes.size() >= length + 4 && qFromLittleEndian<quint32>(bytes.data() + length) <= bytes.size();
+  return bytes.size() >= length + 4 && littleEndian(bytes.substr(length, 4)) <= bytes.size();
 }
 
 }  // namespace
 
-bool isComplete(const QByteArray& format, const QByteArray& bytes) {
-  const std::string_view view(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-  if (format == "jpeg") return jpegIsComplete(view);
-  if (format == "png") return pngIsComplete(view);
-  if (format == "bmp") return bmpIsComplete(view);
+bool isComplete(std::string_view format, std::string_view bytes) {
+  if (format == "jpeg") return jpegIsComplete(bytes);
+  if (format == "png") return pngIsComplete(bytes);
+  if (format == "bmp") return bmpIsComplete(bytes);
   return true;
 }
 
-}  // namespace kartix::adapters::qt
+}  // namespace kartix::adapters::images
