@@ -29,8 +29,11 @@ FileUpdate::FileUpdate(std::filesystem::path path)
 }
 
 void FileUpdate::removeFresh() const {
+  // A directory of that name is nothing that was left by a write.
   std::error_code error;
-  std::filesystem::remove(fresh_, error);
+  if (!std::filesystem::is_directory(std::filesystem::symlink_status(fresh_, error))) {
+    std::filesystem::remove(fresh_, error);
+  }
 }
 
 bool FileUpdate::possible() const {
