@@ -43,6 +43,12 @@ std::string padded(const std::string& statement, std::size_t size) {
   return length < size ? statement + std::string(size - length, ' ') : statement;
 }
 
+/// The clerk is told what failed; why is for whoever looks after the installation.
+void traceReason(Runtime& runtime) {
+  const std::string reason = runtime.machine.dbe.failureReason();
+  if (!reason.empty()) runtime.trace.TraceLine({"Datenbank: ", reason}, trace_level::calls);
+}
+
 }  // namespace
 
 DBETXTDatabase::DBETXTDatabase(Runtime& runtime) : runtime_(runtime) {}
@@ -113,10 +119,12 @@ std::int16_t DBETXTDatabase::openDatabase() {
     const std::string password = sAppkey_.empty() ? sSysPass_ : sSysPass_ + ";" + sAppkey_;
     connection_ = dbe.DBE_Connect(client_, 0, sDBEip_, sDBEPort_, sSysUser_, password);
     if (connection_ < 0) {
+      traceReason(runtime_);
       dbe.DBE_CLEANUP(client_);
       return noConnection;
     }
     if (dbe.DBE_OpenDataBase(client_, connection_, sDBName_, sDBUser_, sdbPass_, 0) != 0) {
+      traceReason(runtime_);
       dbe.DBE_Disconnect(client_, connection_);
       dbe.DBE_CLEANUP(client_);
       return noDatabase;
@@ -149,7 +157,10 @@ std::int32_t DBETXTDatabase::query(std::string& sSql, std::string& sCursor) {
     std::string count(smallBuffer, '\0');
     const std::int16_t result = dbe.DBE_Query(client_, connection_, cursor, count, buffer);
     sSql = cleaned(buffer);
-    if (result < 0) return result;
+    if (result < 0) {
+      traceReason(runtime_);
+      return result;
+    }
     row_ = sSql;
     sCursor = cleaned(cursor);
     return leadingInt32(count);
@@ -198,6 +209,7 @@ std::int16_t DBETXTDatabase::execute(const std::string& statement, bool commit) 
   const std::size_t size = dbe.TXT_BUFFERSIZE();
   std::int16_t result = dbe.DBE_Execute(client_, connection_, padded(statement, size));
   if (commit && result == 0) result = dbe.DBE_Execute(client_, connection_, padded("commit", size));
+  if (result != 0) traceReason(runtime_);
   return result;
 }
 

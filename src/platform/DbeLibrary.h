@@ -45,6 +45,10 @@ class DbeLibrary {
 
   virtual std::int16_t DBE_CLEANUP(std::int16_t client) = 0;
 
+  /// Why the last call that failed did so, in the words of the engine or its server, on one line and without any
+  /// password. Empty when that is not known, and after a call that succeeded.
+  virtual std::string failureReason() { return {}; }
+
   /// Field `field` (from 1) of `row`, cut to `capacity` characters; empty when the row has no such field.
   virtual std::string DBE_COPYBUF(std::string_view row, std::int16_t field, std::size_t capacity) = 0;
 

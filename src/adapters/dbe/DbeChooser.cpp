@@ -30,7 +30,7 @@ class DbeChooser : public platform::DbeLibrary {
     if (route.client < 0) return route.client;
     route.connection = route.library->DBE_Connect(route.client, mode, server, port, user, password);
     const std::int16_t handle = route.connection < 0 ? route.connection : routes_.add(route);
-    if (handle >= 0) current_ = route.library;
+    current_ = route.library;
     if (handle < 0) route.library->DBE_CLEANUP(route.client);
     return handle;
   }
@@ -38,7 +38,9 @@ class DbeChooser : public platform::DbeLibrary {
   std::int16_t DBE_OpenDataBase(std::int16_t client, std::int16_t connection, std::string_view name,
                                 std::string_view user, std::string_view password, std::int16_t mode) override {
     const Route* const to = find(client, connection);
-    return to ? to->library->DBE_OpenDataBase(to->client, to->connection, name, user, password, mode) : noRoute;
+    if (!to) return noRoute;
+    current_ = to->library;
+    return to->library->DBE_OpenDataBase(to->client, to->connection, name, user, password, mode);
   }
 
   std::int16_t DBE_Query(std::int16_t client, std::int16_t connection, std::string& cursor, std::string& count,
@@ -67,7 +69,9 @@ class DbeChooser : public platform::DbeLibrary {
 
   std::int16_t DBE_Execute(std::int16_t client, std::int16_t connection, std::string_view statement) override {
     const Route* const to = find(client, connection);
-    return to ? to->library->DBE_Execute(to->client, to->connection, statement) : noRoute;
+    if (!to) return noRoute;
+    current_ = to->library;
+    return to->library->DBE_Execute(to->client, to->connection, statement);
   }
 
   std::int16_t DBE_Disconnect(std::int16_t client, std::int16_t connection) override {
@@ -86,6 +90,8 @@ class DbeChooser : public platform::DbeLibrary {
     });
     return clients_.remove(client) ? std::int16_t{0} : noRoute;
   }
+
+  std::string failureReason() override { return current_->failureReason(); }
 
   std::string DBE_COPYBUF(std::string_view row, std::int16_t field, std::size_t capacity) override {
     return current_->DBE_COPYBUF(row, field, capacity);
@@ -107,7 +113,7 @@ class DbeChooser : public platform::DbeLibrary {
 
   std::unique_ptr<platform::DbeLibrary> embedded_;
   std::unique_ptr<platform::DbeLibrary> server_;
-  platform::DbeLibrary* current_;  ///< whose rows are read: of the connection that was used last
+  platform::DbeLibrary* current_;  ///< of the connection that was used last: whose rows are read
   dbe::Handles<bool> clients_;
   dbe::Handles<Route> routes_;
 };

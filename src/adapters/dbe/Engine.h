@@ -26,16 +26,23 @@ class Connection {
  public:
   virtual ~Connection() = default;
 
-  /// Opens database `name`. False when name, user or password is wrong.
-  virtual bool open(const std::string& name, const std::string& user, const std::string& password) = 0;
+  /// Opens database `name`. Nothing on success, else why not, without the password.
+  virtual std::optional<std::string> open(const std::string& name, const std::string& user,
+                                          const std::string& password) = 0;
 
   /// Runs exactly one statement ("commit" included) and puts its rows, if any, into `rows`. A statement that fails
   /// leaves the work of those before it as it was. Nothing on success, else the error text.
   virtual std::optional<std::string> run(const std::string& statement, RowSet& rows) = 0;
 };
 
-/// Connects to an engine; nothing when it cannot be reached or refuses the login.
-using Connect = std::function<std::unique_ptr<Connection>(const Login& login)>;
+/// A connection, or none and why, without the password.
+struct Attempt {
+  std::unique_ptr<Connection> connection;
+  std::string failure = {};
+};
+
+/// Connects to an engine; none when it cannot be reached or refuses the login.
+using Connect = std::function<Attempt(const Login& login)>;
 
 /// The client library over an engine: handles, cursors, rows as text. To be used by one thread at a time.
 std::unique_ptr<platform::DbeLibrary> makeClient(Connect connect);

@@ -52,15 +52,16 @@ class Client : public platform::DbeLibrary {
   std::int16_t DBE_Connect(std::int16_t client, std::int16_t /*mode*/, std::string_view server, std::string_view port,
                            std::string_view user, std::string_view password) override {
     if (!clients_.find(client)) return failed;
-    auto connection = connect_({std::string(server), std::string(port), std::string(user), std::string(password)});
-    return connection ? connections_.add({client, std::move(connection)}) : failed;
+    Attempt attempt = connect_({std::string(server), std::string(port), std::string(user), std::string(password)});
+    reason_ = std::move(attempt.failure);
+    return attempt.connection ? connections_.add({client, std::move(attempt.connection)}) : failed;
   }
 
   std::int16_t DBE_OpenDataBase(std::int16_t client, std::int16_t connection, std::string_view name,
                                 std::string_view user, std::string_view password, std::int16_t /*mode*/) override {
     OpenConnection* const found = find(client, connection);
     if (!found || found->open) return failed;
-    found->open = found->connection->open(std::string(name), std::string(user), std::string(password));
+    found->open = !note(found->connection->open(std::string(name), std::string(user), std::string(password)));
     return found->open ? done : failed;
   }
 
@@ -68,7 +69,7 @@ class Client : public platform::DbeLibrary {
                          std::string& buffer) override {
     OpenConnection* const found = find(client, connection);
     Cursor answer;
-    if (auto error = run(found, buffer, answer.rows)) {
+    if (auto error = note(run(found, buffer, answer.rows))) {
       buffer = std::move(*error);
       return failed;
     }
@@ -108,7 +109,7 @@ class Client : public platform::DbeLibrary {
 
   std::int16_t DBE_Execute(std::int16_t client, std::int16_t connection, std::string_view statement) override {
     RowSet ignored;
-    return run(find(client, connection), statement, ignored) ? failed : done;
+    return note(run(find(client, connection), statement, ignored)) ? failed : done;
   }
 
   std::int16_t DBE_Disconnect(std::int16_t client, std::int16_t connection) override {
@@ -118,6 +119,14 @@ class Client : public platform::DbeLibrary {
   std::int16_t DBE_CLEANUP(std::int16_t client) override {
     connections_.removeIf([&](const OpenConnection& each) { return each.client == client; });
     return clients_.remove(client) ? done : failed;
+  }
+
+  std::string failureReason() override {
+    // The words of a server may be several lines.
+    std::string line = reason_;
+    std::replace_if(
+        line.begin(), line.end(), [](unsigned char c) { return c < ' '; }, ' ');
+    return text::trim(line);
   }
 
   std::string DBE_COPYBUF(std::string_view row, std::int16_t field, std::size_t capacity) override {
@@ -146,6 +155,11 @@ class Client : public platform::DbeLibrary {
   }
 
  private:
+  std::optional<std::string> note(std::optional<std::string> failure) {
+    reason_ = failure.value_or("");
+    return failure;
+  }
+
   OpenConnection* find(std::int16_t client, std::int16_t connection) {
     OpenConnection* const found = connections_.find(connection);
     return found && found->client == client ? found : nullptr;
@@ -159,6 +173,7 @@ class Client : public platform::DbeLibrary {
   }
 
   Connect connect_;
+  std::string reason_;
   Handles<bool> clients_;
   Handles<OpenConnection> connections_;
 };

@@ -84,21 +84,28 @@ std::string trimmedMessage(std::string message) {
   return message;
 }
 
+/// Why there is no session.
+std::string refusal(const Session& session) {
+  return session ? trimmedMessage(PQerrorMessage(session.get()))
+                 : "Server, Datenbank oder Benutzer ist nicht genannt";
+}
+
 class PostgresConnection : public dbe::Connection {
  public:
   PostgresConnection(dbe::Login where, std::string applicationKey, Session session)
       : where_(std::move(where)), applicationKey_(std::move(applicationKey)), session_(std::move(session)) {}
 
-  bool open(const std::string& name, const std::string& user, const std::string& password) override {
+  std::optional<std::string> open(const std::string& name, const std::string& user,
+                                  const std::string& password) override {
     Session session = logIn(where_, {name, user, password}, applicationKey_);
-    if (!connected(session)) return false;
+    if (!connected(session)) return refusal(session);
     // The system user's session has done its work.
     session_ = std::move(session);
     // With this setting a backslash in a quoted value is a backslash and cannot hide the closing quote.
-    if (command("set standard_conforming_strings = on")) return false;
+    if (auto error = command("set standard_conforming_strings = on")) return error;
     // A server that does not know the limit works without it.
     command(statementLimit);
-    return !begin();
+    return begin();
   }
 
   std::optional<std::string> run(const std::string& statement, dbe::RowSet& rows) override {
@@ -223,7 +230,7 @@ class PostgresConnection : public dbe::Connection {
   bool written_ = false;
 };
 
-std::unique_ptr<dbe::Connection> connect(const dbe::Login& login) {
+dbe::Attempt connect(const dbe::Login& login) {
   constexpr const char* maintenance = "postgres";
   auto [password, key] = splitPassword(login.password);
   Session session = logIn(login, {maintenance, login.user, password}, key);
@@ -232,8 +239,8 @@ std::unique_ptr<dbe::Connection> connect(const dbe::Login& login) {
     key.clear();
     session = logIn(login, {maintenance, login.user, login.password}, key);
   }
-  if (!connected(session)) return nullptr;
-  return std::make_unique<PostgresConnection>(login, key, std::move(session));
+  if (!connected(session)) return {nullptr, refusal(session)};
+  return {std::make_unique<PostgresConnection>(login, key, std::move(session))};
 }
 
 }  // namespace

@@ -61,28 +61,36 @@ void harden(sqlite3* database) {
   sqlite3_busy_timeout(database, busyMilliseconds);
 }
 
+/// Why `name` cannot be a database; empty when it can.
+std::string pathTrouble(const std::string& name, const std::filesystem::path& path) {
+  if (name.empty() || name.find('\0') != std::string::npos || isForeignPath(name)) return "Kein Pfad dieses Rechners";
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(path, error);
+  if (std::filesystem::is_regular_file(status)) return {};
+  return std::filesystem::exists(status) || !error ? "Keine Datei" : error.message();
+}
+
 class SqliteConnection : public dbe::Connection {
  public:
-  bool open(const std::string& name, const std::string& /*user*/, const std::string& /*password*/) override {
+  std::optional<std::string> open(const std::string& name, const std::string& /*user*/,
+                                  const std::string& /*password*/) override {
     std::error_code error;
     // An absolute path keeps special names from making a database in memory.
     const std::filesystem::path path = std::filesystem::absolute(pathOf(name), error);
-    if (name.empty() || name.find('\0') != std::string::npos || error || isForeignPath(name) ||
-        !std::filesystem::is_regular_file(path, error)) {
-      return false;
-    }
+    if (error) return error.message();
+    if (std::string trouble = pathTrouble(name, path); !trouble.empty()) return trouble;
     sqlite3* raw = nullptr;
     const int opened = sqlite3_open_v2(path.string().c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
     database_.reset(raw);
-    if (opened != SQLITE_OK) return false;
+    if (opened != SQLITE_OK) return message();
     harden(raw);
     sqlite3_progress_handler(
         raw, progressSteps, [](void* self) { return static_cast<SqliteConnection*>(self)->overdue() ? 1 : 0; }, this);
     dbe::RowSet rows;
     // The first read tells whether the file is a database at all.
-    if (!run("select count(*) from sqlite_master", rows)) return true;
-    database_.reset();
-    return false;
+    std::optional<std::string> failure = run("select count(*) from sqlite_master", rows);
+    if (failure) database_.reset();
+    return failure;
   }
 
   std::optional<std::string> run(const std::string& statement, dbe::RowSet& rows) override {
@@ -137,7 +145,8 @@ class SqliteConnection : public dbe::Connection {
 }  // namespace
 
 std::unique_ptr<platform::DbeLibrary> makeSqliteDbe() {
-  return dbe::makeClient([](const dbe::Login& /*login*/) { return std::make_unique<SqliteConnection>(); });
+  return dbe::makeClient(
+      [](const dbe::Login& /*login*/) { return dbe::Attempt{std::make_unique<SqliteConnection>()}; });
 }
 
 }  // namespace kartix::adapters
