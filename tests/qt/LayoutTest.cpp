@@ -3,6 +3,8 @@
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTest>
@@ -39,8 +41,28 @@ QString cutOff(const QWidget& widget) {
   return QStringLiteral("needs %1 x %2").arg(needed.width()).arg(needed.height());
 }
 
-TEST_F(Layout, EveryWindowShowsAllOfItsControls) {
+/// The desktop is set to a font of this size.
+class DesktopFont {
+ public:
+  explicit DesktopFont(qreal points) : before_(QApplication::font()) {
+    QFont font = before_;
+    font.setPointSizeF(points);
+    QApplication::setFont(font);
+  }
+  ~DesktopFont() { QApplication::setFont(before_); }
+  DesktopFont(const DesktopFont&) = delete;
+  DesktopFont& operator=(const DesktopFont&) = delete;
+
+ private:
+  QFont before_;
+};
+
+class LayoutAtFontSize : public Layout, public testing::WithParamInterface<double> {};
+INSTANTIATE_TEST_SUITE_P(Points, LayoutAtFontSize, testing::Values(8, 9, 11, 14), testing::PrintToStringParamName());
+
+TEST_P(LayoutAtFontSize, EveryWindowShowsAllOfItsControls) {
   constexpr QSize halfOfFullHd(960, 540);
+  const DesktopFont desktop(GetParam());
   for (const auto& form : samples.all()) {
     SCOPED_TRACE(form->name());
     adapters::qt::Window window(*form, nullptr);
@@ -69,8 +91,43 @@ TEST_F(Layout, EveryWindowShowsAllOfItsControls) {
         EXPECT_FALSE(other->geometry().intersects(widget->geometry())) << name << other->objectName().toStdString();
       }
     }
+    EXPECT_EQ(window.font().pointSizeF(), GetParam());
+    if (GetParam() > 9) continue;
     EXPECT_LE(window.height() + 30, halfOfFullHd.height());
     EXPECT_LE(window.width(), halfOfFullHd.width());
+  }
+}
+
+/// A window on a screen of 1366 x 768 pixels at 150 %, with a panel.
+class SmallScreenWindow : public adapters::qt::Window {
+ public:
+  explicit SmallScreenWindow(forms::Form& form) : Window(form, nullptr) {}
+  QSize room() const override { return {902, 436}; }
+};
+
+TEST_P(LayoutAtFontSize, EveryWindowFitsASmallScreen) {
+  const DesktopFont desktop(GetParam());
+  for (const auto& form : samples.all()) {
+    SCOPED_TRACE(form->name());
+    SmallScreenWindow window(*form);
+    window.centre();
+    window.show();
+    settle();
+    EXPECT_LE(window.width(), window.room().width());
+    EXPECT_LE(window.height(), window.room().height());
+    const auto inSight = [&](const QWidget& widget) {
+      return widget.visibleRegion().boundingRect() == widget.rect();
+    };
+    for (const auto* const button : window.findChildren<QPushButton*>()) {
+      EXPECT_TRUE(!button->isVisible() || inSight(*button)) << button->text().toStdString();
+    }
+    for (auto* const widget : window.findChildren<QWidget*>()) {
+      if (!widget->isVisible() || (widget->focusPolicy() & Qt::TabFocus) == 0) continue;
+      if (qobject_cast<QAbstractScrollArea*>(widget)) continue;
+      widget->setFocus();
+      settle();
+      EXPECT_TRUE(inSight(*widget)) << widget->objectName().toStdString();
+    }
   }
 }
 
@@ -137,7 +194,7 @@ TEST_F(Layout, AcceleratorsAreUnique) {
       if (!button->objectName().startsWith(u"qt_")) take(button->text(), true);
     }
     for (const auto* const label : window.findChildren<QLabel*>()) {
-      if (label->buddy()) take(label->text(), false);
+      if (label->buddy()) take(label->text(), adapters::qt::leadsToInput(*label));
     }
   }
   EXPECT_EQ(adapters::frontend::withAccelerator("Sichern && mehr", 'm'), "Sichern &&&& &mehr");

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "adapters/qt/Display.h"
+#include "adapters/qt/Scale.h"
 #include "adapters/qt/Silence.h"
 
 namespace kartix::adapters::qt {
@@ -40,6 +41,7 @@ struct Application::Own {
     }
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setQuitOnLastWindowClosed(false);
+    if (!visiblePlatform(platform_)) QApplication::setFont(designFont(designPoints));
   }
 
   std::string name_ = "kartix";

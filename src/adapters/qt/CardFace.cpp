@@ -5,9 +5,12 @@
 #include <cmath>
 #include <numbers>
 
+#include "adapters/qt/Scale.h"
+
 namespace kartix::adapters::qt {
 namespace {
 
+/// In units of the design, as all lengths here.
 constexpr QRectF emblem(20, 16, 54, 38);
 constexpr QSizeF chip(64, 54);
 constexpr qreal cornerRadius = 14;
@@ -93,7 +96,9 @@ void CardFace::paintEvent(QPaintEvent* /*event*/) {
 void CardFace::draw() {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const QRectF face = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+  const qreal scale = scaleOf(*this);
+  painter.scale(scale, scale);
+  const QRectF face = QRectF(QPointF(0, 0), QSizeF(size()) / scale).adjusted(0.5, 0.5, -0.5, -0.5);
   QPainterPath outline;
   outline.addRoundedRect(face, cornerRadius, cornerRadius);
   QLinearGradient paper(face.topLeft(), face.bottomRight());

@@ -4,11 +4,12 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QScrollArea>
-#include <QStyle>
 #include <QVariant>
 #include <algorithm>
 
 #include "adapters/qt/Icons.h"
+#include "adapters/qt/Scale.h"
+#include "adapters/qt/Scrolling.h"
 
 namespace kartix::adapters::qt {
 namespace {
@@ -53,14 +54,12 @@ QPixmap readPicture(const QString& file, QSize size, qreal scale, bool ink) {
 
 }  // namespace
 
-LabelMirror::LabelMirror(forms::Label& control, QLabel& widget) : Mirror(control, widget), widget_(widget) {
+LabelMirror::LabelMirror(forms::Label& control, QLabel& widget)
+    : Mirror(control, widget), widget_(widget), spoken_(widget.accessibleName()) {
   widget_.setTextFormat(Qt::PlainText);
 }
 
-std::string LabelMirror::caption() const {
-  const QVariant readOnly = widget_.buddy() ? widget_.buddy()->property("readOnly") : QVariant(true);
-  return readOnly.toBool() ? std::string() : control().text();
-}
+std::string LabelMirror::caption() const { return leadsToInput(widget_) ? control().text() : std::string(); }
 
 void LabelMirror::show() {
   // Without a partner an ampersand is an ordinary character to a label.
@@ -68,12 +67,18 @@ void LabelMirror::show() {
   if (text == shown_) return;
   shown_ = text;
   widget_.setText(text);
+  speak();
   if (widget_.wordWrap()) fitWrapped();
   if (widget_.property("shrinks").toBool()) fitShrunk();
 }
 
+/// The accessible name takes the place of the text, and is all that is read out of a label.
+void LabelMirror::speak() {
+  if (!spoken_.isEmpty()) widget_.setAccessibleName(spoken_ + QStringLiteral(": ") + *shown_);
+}
+
 void LabelMirror::fitShrunk() {
-  QFont font = widget_.parentWidget()->font();
+  QFont font = widget_.window()->font();
   const int room = widget_.maximumWidth();
   while (QFontMetrics(font).horizontalAdvance(*shown_) > room && font.pointSizeF() > smallestPoints) {
     font.setPointSizeF(font.pointSizeF() - 0.25);
@@ -89,14 +94,15 @@ void LabelMirror::fitShrunk() {
 void LabelMirror::fitWrapped() {
   const QFontMetrics metrics(widget_.font());
   const QSize natural = metrics.size(0, widget_.text());
-  const int width = std::clamp(natural.width() + 4, narrowest, widest);
+  const int width = std::clamp(natural.width() + 4, scaled(narrowest, widget_), scaled(widest, widget_));
   const int height = widget_.heightForWidth(width);
   widget_.setMinimumSize(0, 0);
   auto* const inside = widget_.parentWidget();
   auto* const viewport = inside ? inside->parentWidget() : nullptr;
   if (auto* const area = viewport ? qobject_cast<QScrollArea*>(viewport->parentWidget()) : nullptr) {
-    const int bar = height > highest ? area->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 8 : 0;
-    area->setFixedSize(width + bar, std::min(height, highest));
+    const int limit = scaled(highest, widget_);
+    const int bar = height > limit ? showBar(*area) : 0;
+    area->setFixedSize(width + bar, std::min(height, limit));
   } else {
     widget_.setMinimumSize(width, height);
   }

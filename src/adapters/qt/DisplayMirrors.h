@@ -9,9 +9,10 @@
 
 namespace kartix::adapters::qt {
 
-/// Label. One that wraps its words gets the width that suits its text; in a scroll area it also gets the area's size.
-/// One whose property "shrinks" is set has a fixed place: a text that is too long for it is written smaller, and cut
-/// off with an ellipsis only when that does not help.
+/// Label. One with an accessible name is spoken as that name and its text. One that wraps its words gets the width
+/// that suits its text; in a scroll area it also gets the area's size. One whose property "shrinks" is set has a
+/// fixed place: a text that is too long for it is written smaller, and cut off with an ellipsis only when that does
+/// not help.
 class LabelMirror : public Mirror {
  public:
   LabelMirror(forms::Label& control, QLabel& widget);
@@ -21,12 +22,14 @@ class LabelMirror : public Mirror {
   void show() override;
 
  private:
+  void speak();
   void fitWrapped();
   void fitShrunk();
 
   QLabel& widget_;
   std::optional<QString> shown_;  ///< the whole text, however much of it fits
   std::optional<QString> designTip_;
+  QString spoken_;  ///< what the text means
 };
 
 class ProgressMirror : public Mirror {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "adapters/qt/Captioned.h"
 #include "platform/forms/Control.h"
 #include "platform/forms/Form.h"
 
@@ -19,7 +20,7 @@ using Gate = std::function<bool(const std::function<void()>& action)>;
 
 /// One control of a form and its widget. Values go to the widget by `update`; once input is taken, what the clerk
 /// does goes to the control.
-class Mirror : public QObject {
+class Mirror : public QObject, public Captioned {
  public:
   Mirror(forms::Control& control, QWidget& widget) : control_(control), widget_(widget) {}
 
@@ -32,9 +33,7 @@ class Mirror : public QObject {
   /// From now on the clerk's input goes through `gate` to the control.
   virtual void takeInput(Gate gate);
 
-  /// The text that can carry an accelerator; empty when the widget has none.
-  virtual std::string caption() const { return {}; }
-  void setAccelerator(char letter);
+  void setAccelerator(char letter) override;
 
  protected:
   virtual void show() = 0;

@@ -1,7 +1,6 @@
 #include "adapters/qt/Window.h"
 
 #include <QCloseEvent>
-#include <QFont>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -10,6 +9,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -18,6 +18,8 @@
 #include "adapters/qt/Designs.h"
 #include "adapters/qt/Display.h"
 #include "adapters/qt/Icons.h"
+#include "adapters/qt/Scale.h"
+#include "adapters/qt/Scrolling.h"
 
 namespace kartix::adapters::qt {
 
@@ -29,6 +31,8 @@ QString widgetName(const std::string& controlName) {
 namespace {
 
 bool takesInput(const QWidget& widget) {
+  // The keyboard reaches these to read and to scroll.
+  if (qobject_cast<const QLabel*>(&widget) || qobject_cast<const QScrollArea*>(&widget)) return false;
   const auto* const line = qobject_cast<const QLineEdit*>(&widget);
   const auto* const lines = qobject_cast<const QPlainTextEdit*>(&widget);
   if ((line && line->isReadOnly()) || (lines && lines->isReadOnly())) return false;
@@ -42,31 +46,29 @@ Window::Window(forms::Form& form, QWidget* parent)
                           Qt::WindowCloseButtonHint),
       form_(form) {
   designed_ = fillFromDesign(form_.name(), *this);
-  // The font of the designs, and what takes its place where it is not installed.
-  QFont verdana = font();
-  verdana.setFamilies({QStringLiteral("Verdana"), QStringLiteral("DejaVu Sans"), verdana.family()});
-  verdana.setPointSizeF(9);
-  setFont(verdana);
+  followDesktop(*this);
   setWindowModality(Qt::ApplicationModal);
   setAttribute(Qt::WA_QuitOnClose, false);
   for (forms::Control* control : form_.controls()) {
     auto* const widget = findChild<QWidget*>(widgetName(control->name()));
     if (auto mirror = widget ? makeMirror(*control, *widget) : nullptr) mirrors_.push_back(std::move(mirror));
   }
-  drawDecorations();
+  takeLabels();
   mirrorAll();
   seen_.setSingleShot(true);
   connect(&seen_, &QTimer::timeout, this, [this] { readiness_.seen(std::chrono::steady_clock::now()); });
 }
 
-/// Drawings that belong to the design alone and to no control of the form.
-void Window::drawDecorations() {
+/// Labels and drawings that belong to the design alone and to no control of the form.
+void Window::takeLabels() {
   for (auto* const label : findChildren<QLabel*>()) {
     const QString drawing = label->property("drawing").toString();
     const bool mirrored =
         std::any_of(mirrors_.begin(), mirrors_.end(), [&](const auto& m) { return &m->widget() == label; });
-    if (mirrored || drawing.isEmpty()) continue;
-    label->setPixmap(drawnIcon(drawing).pixmap(label->minimumSize(), label->devicePixelRatioF()));
+    if (mirrored) continue;
+    if (drawing.isEmpty()) labels_.emplace_back(*label);
+    if (!drawing.isEmpty())
+      label->setPixmap(drawnIcon(drawing).pixmap(label->minimumSize(), label->devicePixelRatioF()));
   }
 }
 
@@ -112,8 +114,9 @@ void Window::focus(const forms::Control& control, bool selectAll) {
 }
 
 void Window::centre() {
-  if (layout()) layout()->activate();
+  if (layout()) fitInto(room(), *this);
   adjustSize();
+  resize(size().boundedTo(room()));
   if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
     const QRect room = screen->availableGeometry();
     QRect frame(QPoint(0, 0), isVisible() ? frameGeometry().size() : size());
@@ -122,6 +125,8 @@ void Window::centre() {
   }
   if (isVisible()) comeForward();
 }
+
+QSize Window::room() const { return roomFor(*this); }
 
 void Window::comeForward() {
   // Off screen there is nothing to be in front of, and the platform complains about being asked.
@@ -186,16 +191,18 @@ Mirror* Window::mirrorOf(const forms::Control& control) const {
 }
 
 void Window::assignAccelerators() {
-  std::vector<Mirror*> bearers;
-  std::vector<std::string> captions;
+  std::vector<Captioned*> bearers;
   // Buttons first: their letters are the ones that clerks learn.
   for (const bool buttons : {true, false}) {
     for (const auto& mirror : mirrors_) {
       if ((qobject_cast<QPushButton*>(&mirror->widget()) != nullptr) != buttons) continue;
       bearers.push_back(mirror.get());
-      captions.push_back(mirror->caption());
     }
   }
+  for (DesignLabel& label : labels_) bearers.push_back(&label);
+  std::vector<std::string> captions;
+  std::transform(bearers.begin(), bearers.end(), std::back_inserter(captions),
+                 [](const Captioned* bearer) { return bearer->caption(); });
   if (captions == captions_) return;
   captions_ = captions;
   const auto letters = frontend::chooseAccelerators(captions);

@@ -31,10 +31,13 @@ class Window : public QDialog {
   void mirror(const forms::Control& control);
   void focus(const forms::Control& control, bool selectAll);
 
-  /// Centres the window on the primary screen and brings it to the front.
+  /// Centres the window on the primary screen, no larger than that, and brings it to the front.
   void centre();
   /// Brings the window to the front and gives it the focus.
   void comeForward();
+
+  /// The largest size that it may have there.
+  virtual QSize room() const;
 
   /// The form was at work until now.
   void markWorked();
@@ -55,7 +58,7 @@ class Window : public QDialog {
  private:
   Mirror* mirrorOf(const forms::Control& control) const;
   void mirrorEnabled(const Mirror& mirror, bool hadFocus);
-  void drawDecorations();
+  void takeLabels();
   void assignAccelerators();
   void pressEnter();
 
@@ -66,6 +69,7 @@ class Window : public QDialog {
   QTimer seen_;  ///< for what follows the first painting
   frontend::Readiness readiness_;
   std::vector<std::unique_ptr<Mirror>> mirrors_;
+  std::vector<DesignLabel> labels_;    ///< those that no control of the form stands behind
   QPointer<QWidget> lostFocus_;        ///< had the focus when it was disabled
   std::vector<std::string> captions_;  ///< those that the accelerators were chosen for
 };
