@@ -1,11 +1,14 @@
 # Every target is one line over scripts/ and the CMake presets. "make help" lists them.
-.PHONY: help build demo test windows bench format tidy install uninstall package clean
+.PHONY: help build demo pictures test windows bench format tidy install uninstall package clean
 
 build: ## Build the release preset: build/release/bin/kartix and the library
 	@scripts/build release
 
 demo: ## Set up, build, and walk through the main job on sample data; pictures in demo/screenshots
 	@scripts/demo
+
+pictures: ## Set up, build, and take the pictures of docs/anwender.md anew
+	@scripts/pictures
 
 test: ## Set up, build with sanitizers, and run every test
 	@scripts/test
