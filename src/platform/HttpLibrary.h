@@ -21,6 +21,18 @@ inline constexpr std::int32_t answerBrokenOff = -26;
 inline constexpr std::int32_t answerTooLarge = -27;
 }  // namespace http_error
 
+/// What kept a request from an encrypted connection to the server.
+enum class TlsFault {
+  none,         ///< nothing, or none was wanted, or the server was not even reached
+  untrusted,    ///< nobody whom this machine trusts has issued the server's certificate
+  wrongName,    ///< the certificate is for another server
+  expired,      ///< the certificate's time is over
+  notYetValid,  ///< the certificate's time has not come
+  noTls,        ///< what the server says is not TLS
+  closed,       ///< the server ended the connection before it said anything
+  other,
+};
+
 /// One request and its answer. Setters take UTF-8, the body takes the bytes that go on the wire.
 class HttpRequest {
  public:
@@ -54,6 +66,9 @@ class HttpRequest {
   virtual std::int32_t TESSELHTTPsend() = 0;
   /// True once every byte of the request has left this machine, whatever came of the answer.
   virtual bool requestSentCompletely() const = 0;
+
+  /// Tells more about a `TESSELHTTPsend` that came to nothing.
+  virtual TlsFault tlsFault() const = 0;
 
   /// HTTP status text of the answer, at most `size` bytes; empty when there is none.
   virtual std::string TESSELHTTPgetResponseDesc(std::size_t size) const = 0;

@@ -2,8 +2,7 @@
 
 #include <openssl/ssl.h>
 #include <openssl/tls1.h>
-
-#include "platform/HttpLibrary.h"
+#include <openssl/x509_vfy.h>
 
 namespace kartix::adapters {
 namespace {
@@ -91,6 +90,29 @@ std::int32_t errorOf(const Failure& failure, const Exchange& exchange) {
   // says nothing about the request that had gone out, and what the library cannot read is no answer.
   const bool final = code == http_error::timedOut || code == http_error::answerTooLarge;
   return exchange.anythingSent() && !final ? http_error::answerBrokenOff : code;
+}
+
+platform::TlsFault tlsFaultOf(const Failure& failure, const Exchange& exchange, std::int32_t code) {
+  using platform::TlsFault;
+  if (failure.result == CURLE_PEER_FAILED_VERIFICATION) {
+    switch (failure.verification) {
+      case X509_V_OK:
+      case X509_V_ERR_UNSPECIFIED:  // the library compares the name by itself
+      case X509_V_ERR_HOSTNAME_MISMATCH:
+      case X509_V_ERR_IP_ADDRESS_MISMATCH:
+        return TlsFault::wrongName;
+      case X509_V_ERR_CERT_HAS_EXPIRED:
+        return TlsFault::expired;
+      case X509_V_ERR_CERT_NOT_YET_VALID:
+        return TlsFault::notYetValid;
+      default:
+        return TlsFault::untrusted;
+    }
+  }
+  const bool inHandshake = code == http_error::tlsFailed || code == http_error::answerBrokenOff;
+  if (!inHandshake || exchange.begun()) return TlsFault::none;
+  if (exchange.greeting() == Exchange::Greeting::foreign) return TlsFault::noTls;
+  return exchange.greeting() == Exchange::Greeting::none ? TlsFault::closed : TlsFault::other;
 }
 
 std::string errorText(std::int32_t code) {

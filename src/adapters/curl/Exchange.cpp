@@ -51,8 +51,19 @@ int Exchange::onTraffic(CURL*, curl_infotype type, char* data, std::size_t size,
   if (type == CURLINFO_TEXT) return 0;
   auto& self = *static_cast<Exchange*>(exchange);
   self.lastByte_ = std::chrono::steady_clock::now();
+  if (type == CURLINFO_SSL_DATA_IN) self.noteGreeting({data, size});
   if (type == CURLINFO_HEADER_OUT || type == CURLINFO_DATA_OUT) self.noteSent({data, size});
   return 0;
+}
+
+/// The library hands over the head of each TLS record, or the bytes it took for one: kind and version come first.
+void Exchange::noteGreeting(std::string_view bytes) noexcept {
+  constexpr unsigned char firstKind = 20;
+  constexpr unsigned char lastKind = 24;
+  constexpr char version = 3;
+  if (greeting_ != Greeting::none || bytes.size() < 2) return;
+  const auto kind = static_cast<unsigned char>(bytes[0]);
+  greeting_ = kind >= firstKind && kind <= lastKind && bytes[1] == version ? Greeting::tls : Greeting::foreign;
 }
 
 void Exchange::noteSent(std::string_view bytes) noexcept {

@@ -30,6 +30,10 @@ class Exchange {
   bool secondSendingRefused() const { return secondSendingRefused_; }
   bool stalled() const { return stalled_; }
 
+  /// What the server said where a TLS connection was to begin.
+  enum class Greeting { none, tls, foreign };
+  Greeting greeting() const { return greeting_; }
+
  private:
   static int onBegin(void* exchange, char*, char*, int, int);
   static int onTraffic(CURL*, curl_infotype type, char* data, std::size_t size, void* exchange);
@@ -38,6 +42,7 @@ class Exchange {
   static std::size_t onBody(const char* data, std::size_t, std::size_t size, void* exchange);
 
   void noteSent(std::string_view bytes) noexcept;
+  void noteGreeting(std::string_view bytes) noexcept;
 
   std::size_t bodySize_;
   std::chrono::seconds stallLimit_;
@@ -45,6 +50,7 @@ class Exchange {
   std::size_t endSeen_ = 0;   ///< how much of the request's head end the last bytes were
   std::size_t headSize_ = 0;  ///< of the request; 0 until all of the head has gone out
   std::size_t sent_ = 0;
+  Greeting greeting_ = Greeting::none;
   bool begun_ = false;
   bool secondSendingRefused_ = false;
   bool stalled_ = false;

@@ -212,6 +212,7 @@ std::int32_t Request::TESSELHTTPsend() {
 
 std::int32_t Request::send() {
   exchange_.emplace(body_.size(), std::chrono::seconds(options_.stallSeconds));
+  tlsFault_ = platform::TlsFault::none;
   std::unique_ptr<Handle> handle = pool_->take(route(), fresh_);
   const std::int32_t outcome = perform(*handle);
   if (outcome > 0) {
@@ -242,7 +243,12 @@ std::int32_t Request::perform(Handle& handle) {
   if (result == CURLE_OK) return exchange_->answered() ? exchange_->answer.status() : http_error::answerBrokenOff;
   long connectStatus = 0;
   curl_easy_getinfo(easy, CURLINFO_HTTP_CONNECTCODE, &connectStatus);
-  return errorOf({result, proxy_.has_value(), connectStatus / 100 == 2, handle.tlsEvents}, *exchange_);
+  long verification = 0;
+  curl_easy_getinfo(easy, CURLINFO_SSL_VERIFYRESULT, &verification);
+  const Failure failure{result, proxy_.has_value(), connectStatus / 100 == 2, handle.tlsEvents, verification};
+  const std::int32_t code = errorOf(failure, *exchange_);
+  if (tls_) tlsFault_ = tlsFaultOf(failure, *exchange_, code);
+  return code;
 }
 
 std::string Request::TESSELHTTPgetResponseDesc(std::size_t size) const {

@@ -36,6 +36,7 @@ class Request final : public platform::HttpRequest {
   void useFreshConnection() override { fresh_ = true; }
 
   std::int32_t TESSELHTTPsend() override;
+  platform::TlsFault tlsFault() const override { return tlsFault_; }
   bool requestSentCompletely() const override { return exchange_ && exchange_->sentCompletely(); }
 
   std::string TESSELHTTPgetResponseDesc(std::size_t size) const override;
@@ -67,6 +68,7 @@ class Request final : public platform::HttpRequest {
   std::string phrase_;
   std::optional<std::string> proxy_;
   std::optional<Exchange> exchange_;
+  platform::TlsFault tlsFault_ = platform::TlsFault::none;
 };
 
 }  // namespace kartix::adapters
