@@ -4,44 +4,46 @@
 #include <memory>
 
 #include "gateway/OrderBook.h"
-#include "host/Finding.h"
 
 namespace kartix {
 class Konfiguration;
-}
+class Runtime;
+}  // namespace kartix
+
+namespace kartix::platform {
+class InstalledClasses;
+class ProfileFiles;
+class Registry;
+}  // namespace kartix::platform
 
 namespace kartix::host {
 
-/// An installation as its settings describe it, read the way the component reads them, and looked at part by part.
-/// No check changes anything, and none shows a window.
+/// An installation as its settings describe it, read the way the component reads them. It shows no window and changes
+/// nothing by itself.
 class Installation {
  public:
-  explicit Installation(std::filesystem::path registryFile);
+  /// `caFile` names authorities to trust besides the system's own; `installed` stands in for the automation classes
+  /// of this machine and outlives the object.
+  explicit Installation(std::filesystem::path registryFile, const std::filesystem::path& caFile = {},
+                        platform::InstalledClasses* installed = nullptr);
   ~Installation();
   Installation(const Installation&) = delete;
   Installation& operator=(const Installation&) = delete;
 
-  /// Store and ini file readable, and what no operation can do without is set.
-  Findings checkSettings();
-  /// The host database opens and has the host's tables.
-  Findings checkDatabase();
-  /// Client certificate and key, when the settings call for them.
-  Findings checkClientCertificate();
-  /// The gateway answers; whatever it answers.
-  Findings checkGateway();
-  /// The directory of photos and signatures is there.
-  Findings checkImages();
-  /// No message in the order book has an unknown outcome, and the book can be written; nothing without a book.
-  Findings checkOrderBook();
+  /// The settings store; empty where it is no file of ours.
+  const std::filesystem::path& registryFile() const { return registryFile_; }
+  const Konfiguration& settings() const;
+  Runtime& runtime();
+  platform::Registry& registry();
+  platform::ProfileFiles& profileFiles();
+  /// The automation classes of this machine; nothing on a system that has none.
+  platform::InstalledClasses* installedClasses();
 
   /// The order book that the settings name. Works as long as this object.
   OrderBook orderBook();
 
  private:
   struct Parts;
-
-  bool storeHoldsSettings();
-  Findings checkPaths();
 
   std::filesystem::path registryFile_;
   std::unique_ptr<Parts> parts_;

@@ -28,6 +28,7 @@ std::unique_ptr<platform::ImageLibrary> makeImages() { return makeQtImages(); }
 std::unique_ptr<platform::SoundPlayer> makeSounds() { return makeCanberraSounds(); }
 std::unique_ptr<platform::UserInterface> makeUserInterface() { return makeQtUserInterface(); }
 std::unique_ptr<platform::Stage> makeStage() { return makeQtStage(); }
+std::string missingFonts() { return missingQtFonts(); }
 std::unique_ptr<platform::InstalledClasses> makeInstalledClasses() { return nullptr; }
 
 }  // namespace kartix::adapters::machine

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 
 namespace kartix::platform {
 class DbeLibrary;
@@ -32,6 +33,9 @@ std::unique_ptr<platform::ImageLibrary> makeImages();
 std::unique_ptr<platform::SoundPlayer> makeSounds();
 std::unique_ptr<platform::UserInterface> makeUserInterface();
 std::unique_ptr<platform::Stage> makeStage();
+
+/// Names of the fonts of which the windows need one, when none of them is installed; else empty.
+std::string missingFonts();
 
 /// The automation classes that are installed on the machine; nothing on a system that has none.
 std::unique_ptr<platform::InstalledClasses> makeInstalledClasses();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/ImageLibrary.h"
 #include "platform/Stage.h"
@@ -17,6 +18,9 @@ std::unique_ptr<platform::UserInterface> makeQtUserInterface();
 /// Shows the windows of a play: on the display when there is one, else off screen, where their pictures can be taken
 /// all the same.
 std::unique_ptr<platform::Stage> makeQtStage();
+
+/// Names of the fonts of which windows need one, when none of them is installed; else empty. Needs no display.
+std::string missingQtFonts();
 
 /// Pictures over Qt's image reader; JPEG first of all, and whatever plug-ins are installed. Needs neither a display
 /// nor an application object; a library and its pictures may be used from any one thread at a time. Files are written

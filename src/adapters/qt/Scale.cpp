@@ -65,9 +65,11 @@ void scaleWidget(QWidget& widget, qreal factor) {
 
 }  // namespace
 
+QStringList designFamilies() { return {QStringLiteral("Verdana"), QStringLiteral("DejaVu Sans")}; }
+
 QFont designFont(qreal points) {
   QFont font = QApplication::font();
-  font.setFamilies({QStringLiteral("Verdana"), QStringLiteral("DejaVu Sans"), font.family()});
+  font.setFamilies(designFamilies() << font.family());
   font.setPointSizeF(points);
   return font;
 }

@@ -2,6 +2,7 @@
 
 #include <QFont>
 #include <QSize>
+#include <QStringList>
 #include <QWidget>
 
 namespace kartix::adapters::qt {
@@ -9,7 +10,10 @@ namespace kartix::adapters::qt {
 /// Size of the font that the designs were drawn with.
 inline constexpr qreal designPoints = 9;
 
-/// The font of the designs, or what takes its place where it is not installed.
+/// The font of the designs, and what takes its place where it is not installed: windows are laid out for these.
+QStringList designFamilies();
+
+/// The first of those that is installed.
 QFont designFont(qreal points);
 
 /// Gives the window the designs' font in the size that the desktop is set to, and everything whose size the design

@@ -1,4 +1,4 @@
-#include "host/Certificates.h"
+#include "host/doctor/Certificates.h"
 
 #include <openssl/bio.h>
 #include <openssl/err.h>
@@ -18,7 +18,11 @@ namespace {
 
 constexpr std::uintmax_t largestFile = 1024UL * 1024;
 constexpr int daysOfWarning = 30;
-constexpr const char* area = "certificate";
+const Area area("Clientzertifikat");
+
+constexpr const char* certificateSetting = "ZEVIS.GATEWAYCert";
+constexpr const char* keySetting = "ZEVIS.GATEWAYPkey";
+constexpr const char* phraseSetting = "ZEVIS.GATEWAYCertPass";
 
 struct Release {
   void operator()(BIO* bio) const { BIO_free(bio); }
@@ -27,10 +31,6 @@ struct Release {
 };
 template <class T>
 using Held = std::unique_ptr<T, Release>;
-
-Finding fault(std::string text, std::string mend) {
-  return {Finding::Level::fault, area, std::move(text), std::move(mend)};
-}
 
 std::optional<std::string> readSmallFile(const std::string& file) {
   std::error_code error;
@@ -53,6 +53,8 @@ int givePhrase(char* buffer, int size, int, void* data) {
   return static_cast<int>(phrase.size());
 }
 
+bool holdsKey(const std::string& pem) { return pem.find("PRIVATE KEY-----") != std::string::npos; }
+
 std::string timeText(const ASN1_TIME* time) {
   const Held<BIO> out(BIO_new(BIO_s_mem()));
   ASN1_TIME_print(out.get(), time);
@@ -61,52 +63,64 @@ std::string timeText(const ASN1_TIME* time) {
   return {text, static_cast<std::size_t>(size)};
 }
 
+std::string setFile(const char* setting) { return std::string("kartix settings set ") + setting + " DATEI"; }
+
 Finding checkDates(const X509* certificate) {
   const ASN1_TIME* const begin = X509_get0_notBefore(certificate);
   const ASN1_TIME* const end = X509_get0_notAfter(certificate);
+  const std::string renewed = "bei der ausstellenden Stelle ein neues beantragen; dann " +
+                              setFile(certificateSetting) + " und " + setFile(keySetting);
   if (X509_cmp_current_time(begin) > 0) {
-    return fault("is not in force before " + timeText(begin), "check the clock, or wait until then");
+    return area.fault(certificateSetting, "gilt erst ab " + timeText(begin),
+                      "Uhr dieses Rechners prüfen, sonst abwarten");
   }
   if (X509_cmp_current_time(end) < 0) {
-    return fault("expired on " + timeText(end), "ask the authority for a new certificate");
+    return area.fault(certificateSetting, "abgelaufen seit " + timeText(end), renewed);
   }
   int days = 0;
   int seconds = 0;
   ASN1_TIME_diff(&days, &seconds, nullptr, end);
   if (days < daysOfWarning) {
-    return {Finding::Level::note, area, "expires on " + timeText(end), "ask the authority for a new certificate"};
+    return area.fault(certificateSetting, "läuft in " + std::to_string(days) + " Tagen ab, am " + timeText(end),
+                      renewed);
   }
-  return {Finding::Level::good, area, "in force until " + timeText(end), {}};
+  return area.good("gültig bis " + timeText(end));
 }
 
 }  // namespace
 
 Findings checkCertificate(const std::string& certificateFile, const std::string& keyFile, const std::string& phrase) {
-  Findings findings;
   const auto certificateText = readSmallFile(certificateFile);
   const auto keyText = readSmallFile(keyFile);
+  Findings findings;
   if (!certificateText) {
-    findings.push_back(fault("cannot be read: " + certificateFile, "set ZEVIS.GATEWAYCert to a readable PEM file"));
+    findings.push_back(
+        area.fault(certificateSetting, "nicht lesbar: " + certificateFile, setFile(certificateSetting)));
   }
-  if (!keyText)
-    findings.push_back(fault("key cannot be read: " + keyFile, "set ZEVIS.GATEWAYPkey to a readable PEM file"));
-  if (!certificateText || !keyText) return findings;
+  if (!keyText) {
+    findings.push_back(area.fault(keySetting, "Schlüssel nicht lesbar: " + keyFile, setFile(keySetting)));
+  }
+  if (!findings.empty()) return findings;
 
   const Held<X509> certificate(PEM_read_bio_X509(memory(*certificateText).get(), nullptr, nullptr, nullptr));
   std::string password = phrase;
   const Held<EVP_PKEY> key(PEM_read_bio_PrivateKey(memory(*keyText).get(), nullptr, givePhrase, &password));
   if (!certificate) {
-    findings.push_back(fault("holds no certificate: " + certificateFile, "set ZEVIS.GATEWAYCert to a PEM file"));
-  } else {
-    findings.push_back(checkDates(certificate.get()));
+    findings.push_back(area.fault(certificateSetting, "keine PEM-Datei mit einem Zertifikat: " + certificateFile,
+                                  setFile(certificateSetting)));
   }
-  if (!key) {
-    findings.push_back(fault("key cannot be opened: " + keyFile,
-                             "check the file, and its pass phrase: kartix settings set ZEVIS.GATEWAYCertPass"));
+  if (!key && !holdsKey(*keyText)) {
+    findings.push_back(
+        area.fault(keySetting, "keine PEM-Datei mit einem Schlüssel: " + keyFile, setFile(keySetting)));
+  } else if (!key) {
+    findings.push_back(
+        area.fault(phraseSetting, "Passwort des Schlüssels ist falsch: " + keyFile,
+                   std::string("kartix settings set ") + phraseSetting + " (fragt nach dem Passwort)"));
   } else if (certificate && X509_check_private_key(certificate.get(), key.get()) != 1) {
-    findings.push_back(fault("and key do not belong together",
-                             "set ZEVIS.GATEWAYCert and ZEVIS.GATEWAYPkey to the two files of one pair"));
+    findings.push_back(area.fault(keySetting, "Schlüssel und Zertifikat gehören nicht zusammen: " + keyFile,
+                                  setFile(keySetting) + ", mit dem Schlüssel zu " + certificateFile));
   }
+  if (findings.empty()) findings.push_back(checkDates(certificate.get()));
   ERR_clear_error();
   return findings;
 }
