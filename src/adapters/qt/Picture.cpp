@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "adapters/images/Completeness.h"
+#include "adapters/qt/JpegCheck.h"
 #include "adapters/qt/Silence.h"
 
 namespace kartix::adapters::qt {
@@ -25,7 +26,7 @@ std::optional<QByteArray> readFile(const QString& name) {
 
 /// Reads a picture whose size has been found workable. Qt's own limit for one picture is lower, and counts for the
 /// whole process: it is lifted only where it has to be. `silence` sees to it that no two threads do so.
-QImage decode(QImageReader& reader, QSize size, const Silence& silence) {
+QImage decode(QImageReader& reader, QSize size, const Silence& /*silence*/) {
   constexpr qint64 mostBytesOfPixel = 8;
   const int before = QImageReader::allocationLimit();
   const auto needed = static_cast<int>((mostBytesOfPixel * size.width() * size.height()) >> 20) + 1;
@@ -33,7 +34,6 @@ QImage decode(QImageReader& reader, QSize size, const Silence& silence) {
   if (lift) QImageReader::setAllocationLimit(needed);
   QImage pixels = reader.read();
   if (lift) QImageReader::setAllocationLimit(before);
-  if (silence.heard(QStringLiteral("remature end"))) return {};
   return pixels;
 }
 
@@ -49,6 +49,8 @@ void layOnWhite(QImage& pixels) {
   }
   pixels.reinterpretAsFormat(QImage::Format_RGB32);
 }
+
+std::string_view view(const QByteArray& bytes) { return {bytes.constData(), static_cast<std::size_t>(bytes.size())}; }
 
 QImage plain(QImage pixels) {
   if (pixels.isNull()) return pixels;
@@ -78,9 +80,6 @@ std::optional<Picture> Picture::read(const QString& file) {
   if (size.isEmpty()) return std::nullopt;
   Picture picture(size, reader.transformation());
   if (format != "jpeg" && format != "png" && format != "bmp" && format != "tiff") return std::nullopt;
-  const auto view = [](const QByteArray& array) {
-    return std::string_view(array.constData(), static_cast<std::size_t>(array.size()));
-  };
   if (!images::isComplete(view(format), view(*bytes))) return std::nullopt;
   if (format == "jpeg") {
     picture.jpeg_ = *bytes;
@@ -101,6 +100,7 @@ int Picture::step(double factor) const {
 
 QImage Picture::pixels(int step) const {
   if (jpeg_.isEmpty() || !workable(size_)) return pixels_;
+  if (!isWholeJpeg(view(jpeg_))) return {};
   const auto cells = [](int side, int cell) { return (side + cell - 1) / cell; };
   const QSize reduced(cells(size_.width(), step), cells(size_.height(), step));
   const Silence silence;

@@ -10,7 +10,6 @@ struct Silence::Process {
   std::mutex only;
   std::atomic<QtMessageHandler> before = nullptr;
   std::atomic<std::thread::id> silent;
-  QString said;  ///< of the silent thread only
 };
 
 Silence::Process& Silence::process() {
@@ -19,7 +18,6 @@ Silence::Process& Silence::process() {
 }
 
 Silence::Silence() : only_(process().only) {
-  process().said.clear();
   process().silent = std::this_thread::get_id();
   process().before = qInstallMessageHandler(hear);
 }
@@ -32,17 +30,7 @@ Silence::~Silence() {
 }
 
 void Silence::hear(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-  if (type != QtFatalMsg && process().silent.load() == std::this_thread::get_id()) {
-    try {
-      process().said += text + QLatin1Char('\n');
-    } catch (...) {
-      // What is to be kept silent anyway.
-    }
-    return;
-  }
+  if (type != QtFatalMsg && process().silent.load() == std::this_thread::get_id()) return;
   if (const QtMessageHandler before = process().before) before(type, context, text);
 }
-
-bool Silence::heard(const QString& words) const { return process().said.contains(words); }
-
 }  // namespace kartix::adapters::qt

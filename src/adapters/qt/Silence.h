@@ -16,9 +16,6 @@ class Silence {
   Silence(const Silence&) = delete;
   Silence& operator=(const Silence&) = delete;
 
-  /// True when something with `words` in it was said meanwhile.
-  bool heard(const QString& words) const;
-
  private:
   struct Process;
 
