@@ -1,6 +1,7 @@
 #include "simulator/Element.h"
 
 #include <libxml/parser.h>
+#include <libxml/xmlsave.h>
 
 #include <climits>
 #include <cstddef>
@@ -8,8 +9,6 @@
 #include <mutex>
 #include <new>
 #include <utility>
-
-#include "common/CodePage.h"
 
 namespace kartix::simulator {
 namespace {
@@ -101,37 +100,20 @@ xmlSAXHandler handlers() {
   return sax;
 }
 
-void appendEscaped(std::string& out, std::string_view text) {
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '\r':
-        out += "&#13;";
-        break;
-      default:
-        out += c;
-    }
-  }
+template <class Made>
+Made& made(Made* thing) {
+  if (!thing) throw std::bad_alloc();
+  return *thing;
 }
 
-void append(std::string& out, const Element& element) {
-  out.append("<").append(element.name);
-  if (element.text.empty() && element.children.empty()) {
-    out += "/>";
-    return;
-  }
-  out += ">";
-  appendEscaped(out, element.text);
-  for (const Element& child : element.children) append(out, child);
-  out.append("</").append(element.name).append(">");
+const xmlChar* bytesOf(const std::string& text) { return reinterpret_cast<const xmlChar*>(text.c_str()); }
+
+/// The document takes over what is made.
+xmlNode& makeNode(xmlDoc& document, const Element& element) {
+  xmlNode& node = made(xmlNewDocNode(&document, nullptr, bytesOf(element.name), nullptr));
+  if (!element.text.empty()) xmlAddChild(&node, &made(xmlNewDocText(&document, bytesOf(element.text))));
+  for (const Element& child : element.children) xmlAddChild(&node, &makeNode(document, child));
+  return node;
 }
 
 }  // namespace
@@ -175,9 +157,15 @@ std::optional<Element> parseXml(std::string_view bytes) {
 }
 
 std::string writeXml(const Element& root) {
-  std::string text = R"(<?xml version="1.0" encoding="ISO-8859-1"?>)";
-  append(text, root);
-  return codepage::toIsoXml(text);
+  constexpr const char* encoding = "ISO-8859-1";
+  const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(xmlNewDoc(nullptr), xmlFreeDoc);
+  xmlDocSetRootElement(document.get(), &makeNode(made(document.get()), root));
+  const std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)> bytes(xmlBufferCreate(), xmlBufferFree);
+  xmlSaveCtxt& writer = made(xmlSaveToBuffer(&made(bytes.get()), encoding, XML_SAVE_NO_DECL | XML_SAVE_AS_XML));
+  xmlSaveTree(&writer, xmlDocGetRootElement(document.get()));
+  xmlSaveClose(&writer);
+  std::string text = std::string(R"(<?xml version="1.0" encoding=")") + encoding + R"("?>)";
+  return text.append(reinterpret_cast<const char*>(xmlBufferContent(bytes.get())));
 }
 
 }  // namespace kartix::simulator
