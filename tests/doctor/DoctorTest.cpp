@@ -18,6 +18,7 @@ struct Seed {
   const char* setting;
   const char* mend;  ///< a piece of the advice
   std::function<void(Place&)> sow;
+  const char* reason = "";  ///< in the words of the database
 };
 
 /// A value that is not what it should be.
@@ -64,7 +65,7 @@ const std::vector<Seed> seeds = {
      [](Place& place) { place.setIni("[KBA]\r\nAllowPassChange=yes\r\n"); }},
     {"test system", "ZKR.Testsystem", "set ZKR.Testsystem 0", value("ZKR.Testsystem", "1")},
     {"port in letters", "ZEVIS.ZEVISPort", "set ZEVIS.ZEVISPort", value("ZEVIS.ZEVISPort", "https")},
-    {"gateway of no known kind", "ZEVIS.GATEWAY", "set ZEVIS.GATEWAY", value("ZEVIS.GATEWAY", "3")},
+    {"gateway of no known kind", "ZEVIS.GATEWAY", "set ZEVIS.GATEWAY", value("ZEVIS.GATEWAY", "ja")},
     {"trace level in words", "ZFER.DebugLevel", "set ZFER.DebugLevel", value("ZFER.DebugLevel", "viel")},
     {"no database", "FS.DBName", "set FS.DBName", value("FS.DBName", "")},
     {"no certificate", "ZEVIS.GATEWAYCert", "set ZEVIS.GATEWAYCert DATEI", value("ZEVIS.GATEWAYCert", "")},
@@ -97,7 +98,7 @@ const std::vector<Seed> seeds = {
      [](Place& place) { place.set("FS.DBName", place.file("gone.db")); }},
     {"database that is none", "FS.DBName", "set FS.DBName",
      [](Place& place) { writeBytes(place.file("host.db"), std::string(1000, 'x')); }},
-    {"table missing", "FS.DBName", "kartix db create", onFile("drop table datenaustausch")},
+    {"table missing", "FS.DBName", "kartix db create", onFile("drop table datenaustausch"), "no such table"},
     {"table with too few columns", "FS.DBName", "Stand der Fachanwendung",
      onFile("alter table fahrerkarte drop column vornamen")},
     {"log with too few columns", "FS.DBName", "Stand der Fachanwendung",
@@ -108,13 +109,16 @@ const std::vector<Seed> seeds = {
        constexpr std::size_t writeVersion = 18;
        bytes[writeVersion] = 3;  // of a format that this engine may only read
        writeBytes(place.file("host.db"), bytes);
-     }},
+     },
+     "readonly"},
     {"database in a folder that takes no files", "FS.DBName", "im Verzeichnis",
      [](Place& place) { place.block("host.db"); }},
-    {"database server not reached", "FS.ServerIP", "FS.ServerPort", onServer(value("FS.ServerPort", "1"))},
+    {"database server not reached", "FS.ServerIP", "FS.ServerPort", onServer(value("FS.ServerPort", "1")),
+     "Connection refused"},
     {"wrong system user", "FS.SysUser", "set FS.SysPass", onServer(value("FS.SysPass", "geheim99"))},
-    {"wrong database", "FS.DBName", "set FS.DBName", onServer(value("FS.DBName", "keine"))},
-    {"wrong database user", "FS.DBUser", "set FS.DBPass", onServer(value("FS.DBPass", "geheim99"))},
+    {"wrong database", "FS.DBName", "set FS.DBName", onServer(value("FS.DBName", "keine")),
+     "database \"keine\" does not exist"},
+    {"wrong database user", "FS.DBUser", "set FS.DBPass", onServer(value("FS.DBPass", "geheim99")), "user \"argo\""},
     {"database server that only reads", "FS.ServerIP", "set FS.ServerIP", onServer([](Place& place) {
        place.onDatabase("alter database " + place.database() + " set default_transaction_read_only = on");
      })},
@@ -188,6 +192,7 @@ TEST(Doctor, NamesEachFaultWithItsSettingAndAMend) {
     EXPECT_EQ(found[0].level, Finding::Level::fault);
     EXPECT_EQ(found[0].setting, seed.setting) << all;
     EXPECT_THAT(found[0].mend, HasSubstr(seed.mend));
+    EXPECT_THAT(found[0].text, HasSubstr(seed.reason));
     EXPECT_THAT(all, Not(HasSubstr("geheim")));
     // Ports differ between gateways of different states; the sentences have to differ in more.
     std::string text = found[0].text;

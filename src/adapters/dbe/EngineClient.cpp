@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <map>
 
 #include "adapters/dbe/Engine.h"
@@ -122,10 +121,13 @@ class Client : public platform::DbeLibrary {
   }
 
   std::string failureReason() override {
-    // The words of a server may be several lines.
-    std::string line = reason_;
-    std::replace_if(
-        line.begin(), line.end(), [](unsigned char c) { return c < ' '; }, ' ');
+    // The words of a server may be several lines, with blanks that point at a place in the one above.
+    std::string line;
+    for (const char c : reason_) {
+      const bool blank = static_cast<unsigned char>(c) <= ' ';
+      if (!blank) line.push_back(c);
+      if (blank && !line.empty() && line.back() != ' ') line.push_back(' ');
+    }
     return text::trim(line);
   }
 

@@ -7,6 +7,9 @@
 #include <openssl/x509.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -55,15 +58,26 @@ int givePhrase(char* buffer, int size, int, void* data) {
 
 bool holdsKey(const std::string& pem) { return pem.find("PRIVATE KEY-----") != std::string::npos; }
 
-std::string timeText(const ASN1_TIME* time) {
-  const Held<BIO> out(BIO_new(BIO_s_mem()));
-  ASN1_TIME_print(out.get(), time);
-  char* text = nullptr;
-  const long size = BIO_get_mem_data(out.get(), &text);
-  return {text, static_cast<std::size_t>(size)};
+std::string dateText(const ASN1_TIME* time) {
+  std::tm parts{};
+  if (ASN1_TIME_to_tm(time, &parts) != 1) return "?";
+  constexpr int firstYear = 1900;
+  std::array<char, 48> text{};
+  std::snprintf(text.data(), text.size(), "%02d.%02d.%04d", parts.tm_mday, parts.tm_mon + 1,
+                parts.tm_year + firstYear);
+  return text.data();
 }
 
 std::string setFile(const char* setting) { return std::string("kartix settings set ") + setting + " DATEI"; }
+
+Finding unreadable(const char* setting, const std::string& what, const std::string& file) {
+  std::error_code error;
+  if (!std::filesystem::exists(file, error)) {
+    return area.fault(setting, what + "fehlt: " + file, setFile(setting));
+  }
+  return area.fault(setting, what + "nicht lesbar: " + file,
+                    "als Eigentümer der Datei chmod u+r " + asArgument(file) + ", oder " + setFile(setting));
+}
 
 Finding checkDates(const X509* certificate) {
   const ASN1_TIME* const begin = X509_get0_notBefore(certificate);
@@ -71,20 +85,20 @@ Finding checkDates(const X509* certificate) {
   const std::string renewed = "bei der ausstellenden Stelle ein neues beantragen; dann " +
                               setFile(certificateSetting) + " und " + setFile(keySetting);
   if (X509_cmp_current_time(begin) > 0) {
-    return area.fault(certificateSetting, "gilt erst ab " + timeText(begin),
+    return area.fault(certificateSetting, "gilt erst ab " + dateText(begin),
                       "Uhr dieses Rechners prüfen, sonst abwarten");
   }
   if (X509_cmp_current_time(end) < 0) {
-    return area.fault(certificateSetting, "abgelaufen seit " + timeText(end), renewed);
+    return area.fault(certificateSetting, "abgelaufen seit " + dateText(end), renewed);
   }
   int days = 0;
   int seconds = 0;
   ASN1_TIME_diff(&days, &seconds, nullptr, end);
   if (days < daysOfWarning) {
-    return area.fault(certificateSetting, "läuft in " + std::to_string(days) + " Tagen ab, am " + timeText(end),
-                      renewed);
+    return area.fault(certificateSetting,
+                      "läuft am " + dateText(end) + " ab (Tage bis dahin: " + std::to_string(days) + ")", renewed);
   }
-  return area.good("gültig bis " + timeText(end));
+  return area.good("gültig bis " + dateText(end));
 }
 
 }  // namespace
@@ -93,13 +107,8 @@ Findings checkCertificate(const std::string& certificateFile, const std::string&
   const auto certificateText = readSmallFile(certificateFile);
   const auto keyText = readSmallFile(keyFile);
   Findings findings;
-  if (!certificateText) {
-    findings.push_back(
-        area.fault(certificateSetting, "nicht lesbar: " + certificateFile, setFile(certificateSetting)));
-  }
-  if (!keyText) {
-    findings.push_back(area.fault(keySetting, "Schlüssel nicht lesbar: " + keyFile, setFile(keySetting)));
-  }
+  if (!certificateText) findings.push_back(unreadable(certificateSetting, "", certificateFile));
+  if (!keyText) findings.push_back(unreadable(keySetting, "Schlüssel ", keyFile));
   if (!findings.empty()) return findings;
 
   const Held<X509> certificate(PEM_read_bio_X509(memory(*certificateText).get(), nullptr, nullptr, nullptr));

@@ -1,9 +1,11 @@
 #include <array>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "adapters/settings/Settings.h"
+#include "adapters/system/System.h"
 #include "common/Numbers.h"
 #include "common/Paths.h"
 #include "common/Text.h"
@@ -90,8 +92,25 @@ Finding notConnected(const Place& place, const std::string& reason) {
                     "RECHNER und kartix settings set FS.ServerPort PORT");
 }
 
+bool isLocked(const std::string& reason) { return reason.find("locked") != std::string::npos; }
+
+Finding heldElsewhere(const std::string& text, const Place& place) {
+  return area.fault("FS.DBName", text,
+                    "beenden, was die Datei festhält: fuser -v " + asArgument(place.settings.DBName));
+}
+
+/// There, but not to be read by this user.
+bool isClosed(const std::string& file) {
+  std::error_code error;
+  return std::filesystem::exists(pathOf(file), error) && !adapters::system::canRead(pathOf(file));
+}
+
 Finding notOpened(const Place& place, const std::string& reason) {
   const std::string text = "Lässt sich nicht öffnen: " + place.name + because(reason);
+  if (place.embedded && isClosed(place.settings.DBName)) {
+    return area.fault("FS.DBName", text, "als Eigentümer der Datei chmod u+rw " + asArgument(place.settings.DBName));
+  }
+  if (place.embedded && isLocked(reason)) return heldElsewhere(text, place);
   if (place.embedded) {
     return area.fault(
         "FS.DBName", text,
@@ -104,7 +123,11 @@ Finding notOpened(const Place& place, const std::string& reason) {
         "FS.DBUser", text + "; Benutzer der Datenbank: FS.DBUser, FS.DBPass",
         "kartix settings set FS.DBUser BENUTZER; kartix settings set FS.DBPass (fragt nach dem Passwort)");
   }
-  return area.fault("FS.DBName", text, "kartix settings set FS.DBName DATENBANK");
+  return area.fault(
+      "FS.DBName", text,
+      "kartix settings set FS.DBName DATENBANK; gibt es sie und ist sie die richtige, als ihr Eigentümer: "
+      "grant connect on database " +
+          place.settings.DBName + " to \"" + place.settings.DBUser + "\"");
 }
 
 std::string selectAll(const Table& table) { return std::string("select * from ") + table.name + " where 1 = 0"; }
@@ -148,9 +171,11 @@ Finding unreadable(Connection& connection, const Place& place, const Table& tabl
 Finding unwritable(const Place& place, const Table& table, const std::string& reason) {
   const std::string text =
       std::string("Die Tabelle ") + table.name + " nimmt nichts an: " + place.name + because(reason);
+  if (place.embedded && isLocked(reason)) return heldElsewhere(text, place);
   if (place.embedded) {
     return area.fault("FS.DBName", text,
-                      "diesem Benutzer das Schreiben erlauben: chmod u+w " + place.settings.DBName);
+                      "als Eigentümer der Datei chmod u+w " + asArgument(place.settings.DBName) +
+                          "; das Dateisystem darf nicht nur zum Lesen eingehängt sein");
   }
   const std::string rights = std::string(table.extended ? "insert" : "") +
                              (table.extended && table.changed ? ", " : "") + (table.changed ? "update" : "");

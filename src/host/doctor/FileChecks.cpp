@@ -26,6 +26,10 @@ constexpr std::string_view imageRoot = "KODSImageDir";
 
 std::string setPath(const std::string& setting) { return "kartix settings set " + setting + " PFAD"; }
 
+std::string openUp(const std::string& file, const std::string& setting) {
+  return "als Eigentümer der Datei chmod u+rw " + asArgument(file) + ", oder " + setPath(setting);
+}
+
 /// True when files can be made in `directory`, found out by making one.
 bool takesFiles(const fs::path& directory) { return adapters::canBeReplaced(directory / "kartix-doctor"); }
 
@@ -68,12 +72,12 @@ Findings checkIniFile(const std::string& name) {
   std::error_code error;
   const bool exists = fs::exists(file, error);
   if (exists && !adapters::system::canRead(file)) {
-    return {area.fault(setting, "Die Ini-Datei ist nicht lesbar: " + name,
-                       "chmod u+rw " + name + ", oder " + setPath(setting))};
+    return {area.fault(setting, "Die Ini-Datei ist nicht lesbar: " + name, openUp(name, setting))};
   }
   if (exists && holdsNul(file)) {
     return {area.fault(setting, "Die Ini-Datei ist kein Text mit einem Byte je Zeichen und gibt keine Werte: " + name,
-                       "in Windows-1252 (ANSI) speichern")};
+                       "in Windows-1252 (ANSI) speichern; aus UTF-16 macht das iconv -f UTF-16 -t WINDOWS-1252 " +
+                           asArgument(name))};
   }
   if (!adapters::canBeReplaced(file)) {
     return {area.fault(
@@ -93,7 +97,7 @@ Findings checkTraceFile(const std::string& name) {
   std::error_code error;
   if (!fs::is_directory(folder, error)) {
     return {area.fault(setting, "ZFER.DebugFile liegt in einem Verzeichnis, das es nicht gibt: " + name,
-                       "mkdir -p " + folder.string() + ", oder " + setPath(setting))};
+                       "mkdir -p " + asArgument(folder.string()) + ", oder " + setPath(setting))};
   }
   const bool exists = fs::exists(file, error);
   const bool writable =
@@ -125,7 +129,7 @@ Findings checkFiles(Installation& installation, const Findings& known) {
   for (const std::string& name : pathSettings(settings))
     append(findings, checkPath(name, valueOf(installation, name)));
   const std::string trace = valueOf(installation, "ZFER.DebugFile");
-  const auto sound = [&](const char* name) { return !hasFault(findings, name) && !hasFault(known, name); };
+  const auto sound = [&](const char* name) { return !isFaulty(findings, name) && !isFaulty(known, name); };
   if (!settings.InfoDatei.empty() && sound("InfoDatei")) append(findings, checkIniFile(settings.InfoDatei));
   if (!trace.empty() && sound("ZFER.DebugFile")) append(findings, checkTraceFile(trace));
   return findings;
@@ -135,7 +139,7 @@ Findings checkImages(Installation& installation, const Findings& known) {
   const Area images("Bilder");
   const std::string setting(imageRoot);
   const std::string root = valueOf(installation, setting);
-  if (root.empty() || hasFault(known, setting)) return {};
+  if (root.empty() || isFaulty(known, setting)) return {};
   const fs::path directory = pathOf(adapters::makeFiles()->nativePath(root));
   std::error_code error;
   if (!fs::is_directory(directory, error)) {
@@ -161,10 +165,11 @@ Findings checkOrderBook(Installation& installation, const Findings& known) {
   const Area orders("Bestellbuch");
   const std::string setting = "ZKR.Bestellbuch";
   OrderBook book = installation.orderBook();
-  if (!book.kept() || hasFault(known, setting)) return {};
+  if (!book.kept() || isFaulty(known, setting)) return {};
   std::vector<BookEntry> entries;
   if (const auto failure = book.read(entries)) {
-    return {orders.fault(setting, "ist nicht lesbar: " + book.path() + ": " + failure.message(), setPath(setting))};
+    return {orders.fault(setting, "ist nicht lesbar: " + book.path() + ": " + failure.message(),
+                         openUp(book.path(), setting))};
   }
   const fs::path file = pathOf(book.path());
   std::error_code error;

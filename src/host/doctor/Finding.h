@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -45,10 +46,23 @@ inline void append(Findings& all, Findings more) {
   all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
-/// True when one of the findings is a fault, of a setting whose name begins with `setting`.
-inline bool hasFault(const Findings& findings, std::string_view setting = {}) {
+/// A path as it stands in a command that is to be copied.
+inline std::string asArgument(const std::string& path) {
+  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./\\:";
+  return path.find_first_not_of(plain) == std::string::npos ? path : "'" + path + "'";
+}
+
+/// True when one of the findings is a fault, of a setting whose name begins with `start`.
+inline bool hasFault(const Findings& findings, std::string_view start = {}) {
   return std::any_of(findings.begin(), findings.end(), [&](const Finding& each) {
-    return each.level == Finding::Level::fault && each.setting.starts_with(setting);
+    return each.level == Finding::Level::fault && each.setting.starts_with(start);
+  });
+}
+
+/// True when one of the findings is a fault of just this setting.
+inline bool isFaulty(const Findings& findings, std::string_view setting) {
+  return std::any_of(findings.begin(), findings.end(), [&](const Finding& each) {
+    return each.level == Finding::Level::fault && each.setting == setting;
   });
 }
 

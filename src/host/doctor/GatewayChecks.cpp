@@ -141,6 +141,7 @@ Finding failureOf(std::int32_t code, TlsFault fault, platform::HttpLibrary& libr
 /// What the gateway says to a login.
 struct LoginAnswer {
   std::int32_t status = 0;
+  std::string words;  ///< of what came in place of an answer
   std::string kind;
   std::int32_t code = 0;
   std::string text;
@@ -160,6 +161,7 @@ LoginAnswer logIn(Runtime& runtime) {
   line.request().TESSELHTTPsetBody(codepage::toIsoXml(KBAInterface::SetIsoDeclaration(message->xml())));
   LoginAnswer answer;
   answer.status = line.request().TESSELHTTPsend();
+  answer.words = answer.status > 0 ? "HTTP " + std::to_string(answer.status) : line.textOf(answer.status);
   const auto document = kba.createDocument();
   document->loadXML(runtime.machine.xml.decode(line.request().TESSELHTTPgetResponseBody()).value_or(""));
   answer.kind = rootName(*document);
@@ -174,10 +176,11 @@ Finding checkLogin(Runtime& runtime) {
   const Konfiguration& settings = runtime.konfiguration;
   const LoginAnswer answer = logIn(runtime);
   if (answer.status != httpOk || answer.kind != "ZEVIS-HINWEIS") {
-    return area.fault("ZEVIS.ZEVISAuthURI",
-                      "Unter ZEVIS.ZEVISAuthURI antwortet keine Anmeldung: " + settings.ZEVISAuthURI + " (" +
-                          (answer.status == httpOk ? "andere Antwort" : std::to_string(answer.status)) + ")",
-                      "kartix settings set ZEVIS.ZEVISAuthURI /PFAD");
+    const std::string why = answer.status == httpOk ? "andere Antwort" : answer.words;
+    return area.fault(
+        "ZEVIS.ZEVISAuthURI",
+        "Unter ZEVIS.ZEVISAuthURI antwortet keine Anmeldung: " + settings.ZEVISAuthURI + " (" + why + ")",
+        "kartix settings set ZEVIS.ZEVISAuthURI /PFAD; stimmt er, den Betreiber des Gateways fragen");
   }
   const std::string section = settings.SektionKennung;
   const std::string said = " (" + std::to_string(answer.code) + ": " + answer.text + ")";
@@ -209,8 +212,8 @@ Findings checkClientCertificate(Installation& installation, const Findings& know
 
 Findings checkGateway(Installation& installation, const Findings& known, bool login) {
   const Konfiguration& settings = installation.settings();
-  for (const char* needed : {"ZEVIS.ZEVISServer", "ZEVIS.ZEVISPort", "ZEVIS.SecureProxy"}) {
-    if (hasFault(known, needed)) return {};
+  for (const char* needed : {"ZEVIS.ZEVISServer", "ZEVIS.ZEVISPort", "ZEVIS.SecureProxy", "ZEVIS.GATEWAY"}) {
+    if (isFaulty(known, needed)) return {};
   }
   platform::HttpLibrary& library = installation.runtime().machine.http;
   Line line(library, settings);
@@ -227,7 +230,7 @@ Findings checkGateway(Installation& installation, const Findings& known, bool lo
     return {failureOf(status, fault, library, settings, line)};
   }
   Findings findings = {area.good(line.address() + " antwortet (HTTP " + std::to_string(status) + ")")};
-  const bool account = !hasFault(known, settings.SektionKennung + ".ZEVIS") && !hasFault(known, "ZEVIS.ZEVISAuthURI");
+  const bool account = !hasFault(known, settings.SektionKennung + ".ZEVIS") && !isFaulty(known, "ZEVIS.ZEVISAuthURI");
   if (login && account) findings.push_back(checkLogin(installation.runtime()));
   return findings;
 }

@@ -129,12 +129,12 @@ Findings checkStore(Installation& installation) {
                        import + ", oder kartix settings set NAME WERT")};
   }
   if (ours && !adapters::system::canRead(file)) {
-    return {area.fault("", "Der Einstellungsspeicher ist nicht lesbar: " + name, "chmod u+rw " + name)};
+    return {area.fault("", "Der Einstellungsspeicher ist nicht lesbar: " + name, "chmod u+rw " + asArgument(name))};
   }
   if (ours && !adapters::registryFileTrouble(file).empty()) {
-    return {area.fault(
-        "", "Der Einstellungsspeicher ist beschädigt oder kein Export der Registrierung: " + name,
-        "beiseite legen und eine Sicherung übernehmen: mv '" + name + "' '" + name + ".defekt'; " + import)};
+    return {area.fault("", "Der Einstellungsspeicher ist beschädigt oder kein Export der Registrierung: " + name,
+                       "beiseite legen und eine Sicherung übernehmen: mv " + asArgument(name) + " " +
+                           asArgument(name + ".defekt") + "; " + import)};
   }
   const auto isStored = [&](const Setting& each) { return storedValue(installation.registry(), each).has_value(); };
   if (std::none_of(settingsTable().begin(), settingsTable().end(), isStored)) {
@@ -144,8 +144,8 @@ Findings checkStore(Installation& installation) {
   using std::filesystem::perms;
   const perms others = perms::group_all | perms::others_all;
   if (ours && (std::filesystem::status(file, error).permissions() & others) != perms::none) {
-    findings.push_back(
-        area.note("", name + " enthält Passwörter, und andere dürfen die Datei lesen", "chmod 600 " + name));
+    findings.push_back(area.note("", name + " enthält Passwörter, und andere dürfen die Datei lesen",
+                                 "chmod 600 " + asArgument(name)));
   }
   if (ours && !adapters::canBeReplaced(file)) {
     findings.push_back(area.note("", name + " ist nicht beschreibbar: ein geändertes Gateway-Passwort geht verloren",
