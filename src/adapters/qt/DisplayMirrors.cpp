@@ -74,7 +74,10 @@ void LabelMirror::show() {
 
 /// The accessible name takes the place of the text, and is all that is read out of a label.
 void LabelMirror::speak() {
-  if (!spoken_.isEmpty()) widget_.setAccessibleName(spoken_ + QStringLiteral(": ") + *shown_);
+  if (spoken_.isEmpty()) return;
+  widget_.setAccessibleName(spoken_ + QStringLiteral(": ") + *shown_);
+  // Without a description of its own the tip would be read out after it, which says the same.
+  widget_.setAccessibleDescription(QStringLiteral(" "));
 }
 
 void LabelMirror::fitShrunk() {
