@@ -16,6 +16,7 @@
 #include "common/Scrambling.h"
 #include "common/Text.h"
 #include "host/Command.h"
+#include "host/Input.h"
 #include "host/RegistryFile.h"
 #include "host/Settings.h"
 #include "platform/ProfileFiles.h"
@@ -23,8 +24,6 @@
 
 namespace kartix::host {
 namespace {
-
-constexpr std::size_t longestLine = 4096;
 
 using Json = nlohmann::ordered_json;
 
@@ -38,29 +37,13 @@ struct Options {
 };
 
 const char* typeName(SettingType type) {
-  constexpr std::array<const char*, 8> names = {"text",    "password", "path",   "service",
-                                                "address", "number",   "on/off", "selection"};
+  constexpr std::array<const char*, 10> names = {"text",   "password", "path",   "service",   "address",
+                                                 "number", "ports",    "on/off", "selection", "mode"};
   return names.at(static_cast<std::size_t>(type));
 }
 
 std::unique_ptr<platform::Registry> openStore(const Options& options) {
   return adapters::machine::makeRegistry(registryFile(options.registry));
-}
-
-/// One line of standard input, asked for when a person sits there. Raises `UsageError` when there is none: a pipe
-/// whose other end has failed must not empty a setting.
-std::string readValue(const Setting& setting) {
-  const bool person = adapters::system::isTerminal(adapters::system::Stream::input);
-  if (person) std::cerr << setting.path() << ": " << std::flush;
-  std::optional<adapters::system::HiddenInput> hidden;
-  if (setting.secret() && person) hidden.emplace();
-  std::string line;
-  for (char c = 0; line.size() <= longestLine && std::cin.get(c) && c != '\n';) line.push_back(c);
-  if (hidden) std::cerr << '\n';
-  if (line.size() > longestLine) throw UsageError(setting.path() + ": the value is too long");
-  if (line.empty() && !std::cin) throw UsageError(setting.path() + ": no value was given");
-  if (line.ends_with('\r')) line.pop_back();
-  return line;
 }
 
 /// The form in which a secret is stored. Raises `UsageError` for one that would not come back as it was.
@@ -132,7 +115,7 @@ void set(const Options& options) {
                      " is not taken from the command line, which others can read: leave it out, and enter it or pass "
                      "it to standard input");
   }
-  std::string value = options.value ? *options.value : readValue(setting);
+  std::string value = options.value ? *options.value : readLine(setting.path(), setting.secret());
   checkType(setting, value);
   if (setting.secret() && !options.scrambled) value = scramble(setting, value);
   storeValue(*openStore(options), setting, value);

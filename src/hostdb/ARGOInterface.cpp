@@ -112,6 +112,12 @@ bool ARGOInterface::LoadFahrerkarte(DBETXTDatabase& db) {
                     " and vorgangschl not in ('ST','U')";
   std::string cursor;
   const std::int32_t count = db.query(row, cursor);
+  // A list that could not be read is not an empty one.
+  if (count < 0) {
+    runtime_.reporting.ReportError(1003);
+    runtime_.trace.TraceLeave("ARGOInterface::LoadFahrerkarte", false);
+    return false;
+  }
   Fahrerkarten cards(runtime_, session_);
   std::int32_t read = 0;
   while (read < count) {

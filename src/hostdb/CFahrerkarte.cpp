@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
+#include <vector>
 
 #include "common/Dates.h"
 #include "common/Numbers.h"
@@ -49,6 +51,21 @@ constexpr std::array statusTexts = {
 /// Width of the text columns of a processing record.
 constexpr std::size_t columnWidth = 66;
 
+/// True when there is a processing record of the person `values[0]` with all of `values`.
+bool standsInBearbeitung(DBETXTDatabase& database, const std::vector<std::string>& values) {
+  std::string row = "select * from bearbeitung where personennummer = " + values.front();
+  std::string cursor;
+  for (std::int32_t left = database.query(row, cursor); left > 0; left = database.queryNext(row, cursor)) {
+    std::size_t same = 1;
+    while (same < values.size() &&
+           database.Datafield(static_cast<std::int16_t>(same + 1)) == text::trim(values[same])) {
+      ++same;
+    }
+    if (same == values.size()) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 CFahrerkarte::CFahrerkarte(Runtime& runtime) : runtime_(&runtime) {}
@@ -87,8 +104,9 @@ bool CFahrerkarte::writeNew(const std::string& spersonennummer) const {
   auto database = Own::of<DBETXTDatabase>(*runtime_);
   if (!openConfigured(*runtime_, database)) return false;
 
+  std::vector<std::string> values;
   const auto add = [&](std::string_view value, int times = 1) {
-    for (; times > 0; --times) database.addDatafield(std::string(value));
+    values.insert(values.end(), times, std::string(value));
   };
   const platform::LocalTime now = runtime_->machine.clock.now();
   add(spersonennummer);
@@ -113,27 +131,36 @@ bool CFahrerkarte::writeNew(const std::string& spersonennummer) const {
   add(runtime_->ClerkName);
   add(CardKeyText());
   add(" ");
-  if (database.addDataset("BEARBEITUNG", true) != 0) return false;
+  for (const std::string& value : values) database.addDatafield(value);
+  const std::int16_t result = database.addDataset("BEARBEITUNG", true);
+  const auto stands = [&] { return standsInBearbeitung(database, values); };
+  if (!wasWritten(*runtime_, result, "Fahrerkarte Nr. " + kartennr, stands)) return false;
   writeExchangeLog(*runtime_, database, spersonennummer, kfsnr, "Übernahme kompletter ZKR-Datensatz Nr. " + kartennr);
   return true;
 }
 
 bool CFahrerkarte::writeChanges(const std::string& skartennr, const std::string& spersonennummer) const {
-  std::string statement = "update bearbeitung set ";
-  statement += assignment("sonst1 = ", kartennr);
-  statement += assignment("datum01 = ", antragsdatum);
-  statement += assignment("datum02 = ", gueltigab);
-  statement += assignment("datum03 = ", gueltigbis);
-  statement += assignment("datum04 = ", bestelldatum);
-  statement += assignment("datum05 = ", ausdatum);
-  if (!statement.ends_with(',') || !isPersonNumber(spersonennummer)) return false;
-  statement.pop_back();
-  statement +=
-      " where sonst1 = '" + text::replaceAll(skartennr, "'", "''") + "' and personennummer = " + spersonennummer;
+  Assignments columns;
+  columns.add("sonst1 = ", kartennr);
+  columns.add("datum01 = ", antragsdatum);
+  columns.add("datum02 = ", gueltigab);
+  columns.add("datum03 = ", gueltigbis);
+  columns.add("datum04 = ", bestelldatum);
+  columns.add("datum05 = ", ausdatum);
+  if (columns.empty() || !isPersonNumber(spersonennummer)) return false;
+  const std::string old = "sonst1 = '" + text::replaceAll(skartennr, "'", "''") + "'";
+  const std::string person = "personennummer = " + spersonennummer;
 
   auto database = Own::of<DBETXTDatabase>(*runtime_);
   if (!openConfigured(*runtime_, database)) return false;
-  if (database.executeSQL(statement, true) != 0) return false;
+  const std::int16_t result =
+      database.executeSQL("update bearbeitung set " + columns.list() + " where " + old + " and " + person, true);
+  const auto stands = [&] {
+    std::string where = "bearbeitung where " + person + " and " + columns.condition();
+    if (kartennr.empty()) where += " and " + old;
+    return thereIs(database, where);
+  };
+  if (!wasWritten(*runtime_, result, "Fahrerkarte Nr. " + skartennr, stands)) return false;
   writeExchangeLog(*runtime_, database, spersonennummer, " ",
                    "Aktualisierung Fahrerkarte Nr. " + skartennr + " aus ZKR");
   return true;

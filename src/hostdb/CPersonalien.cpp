@@ -11,17 +11,15 @@ namespace kartix {
 namespace {
 
 /// The three columns that hold the first names.
-std::string firstNames(const std::string& vornamen) {
-  if (vornamen.empty()) return {};
+void addFirstNames(Assignments& columns, const std::string& vornamen) {
+  if (vornamen.empty()) return;
   const auto blank = vornamen.find(' ');
-  if (blank == std::string::npos) {
-    return assignment("vorname=", vornamen) + assignment("weiterevornamen=", " ") +
-           assignment("vornamekomplett=", vornamen);
-  }
-  const std::string first = BlankIfEmpty(text::trim(vornamen.substr(0, blank)));
-  const std::string rest = BlankIfEmpty(text::trim(vornamen.substr(blank + 1)));
-  return assignment("vorname=", first) + assignment("weiterevornamen=", rest) +
-         assignment("vornamekomplett=", first + " " + rest);
+  const bool one = blank == std::string::npos;
+  const std::string first = one ? vornamen : BlankIfEmpty(text::trim(vornamen.substr(0, blank)));
+  const std::string rest = one ? " " : BlankIfEmpty(text::trim(vornamen.substr(blank + 1)));
+  columns.add("vorname=", first);
+  columns.add("weiterevornamen=", rest);
+  columns.add("vornamekomplett=", one ? first : first + " " + rest);
 }
 
 }  // namespace
@@ -48,26 +46,27 @@ bool CPersonalien::update(const std::string& spersonennummer) {
 }
 
 bool CPersonalien::writeChanges(const std::string& spersonennummer) const {
-  std::string statement = "update personalien set ";
-  statement += assignment("familienname=", familienname);
-  statement += assignment("geburtsname=", geburtsname);
-  statement += firstNames(vornamen);
-  statement += assignment("geburtsdatum=", geburtsdatum);
-  statement += assignment("geburtsort=", geburtsort);
-  statement += assignment("titel=", titel);
-  statement += assignment("zusatzf=", zusatzf);
-  statement += assignment("zusatzg=", zusatzg);
-  statement += assignment("anrede=", anrede_);
-  statement += assignment("strasse=", strasse);
-  statement += assignment("plz=", plz);
-  statement += assignment("wohnort=", wohnort);
-  if (!statement.ends_with(',') || !isPersonNumber(spersonennummer)) return false;
-  statement.pop_back();
-  statement += " where personennummer = " + spersonennummer;
+  Assignments columns;
+  columns.add("familienname=", familienname);
+  columns.add("geburtsname=", geburtsname);
+  addFirstNames(columns, vornamen);
+  columns.add("geburtsdatum=", geburtsdatum);
+  columns.add("geburtsort=", geburtsort);
+  columns.add("titel=", titel);
+  columns.add("zusatzf=", zusatzf);
+  columns.add("zusatzg=", zusatzg);
+  columns.add("anrede=", anrede_);
+  columns.add("strasse=", strasse);
+  columns.add("plz=", plz);
+  columns.add("wohnort=", wohnort);
+  if (columns.empty() || !isPersonNumber(spersonennummer)) return false;
+  const std::string person = " where personennummer = " + spersonennummer;
 
   auto database = Own::of<DBETXTDatabase>(*runtime_);
   if (!openConfigured(*runtime_, database)) return false;
-  if (database.executeSQL(statement, true) != 0) return false;
+  const std::int16_t result = database.executeSQL("update personalien set " + columns.list() + person, true);
+  const auto stands = [&] { return thereIs(database, "personalien" + person + " and " + columns.condition()); };
+  if (!wasWritten(*runtime_, result, "Personalien " + spersonennummer, stands)) return false;
   writeExchangeLog(*runtime_, database, spersonennummer, " ", "Aktualisierung Personalien aus ZKR nach ARGO");
   return true;
 }

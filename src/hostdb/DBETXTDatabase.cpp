@@ -85,6 +85,7 @@ bool DBETXTDatabase::init(const std::string& sDBEip, const std::string& sDBEPort
                           const std::string& sdbPass, const std::string& sAppkey) {
   return guarded(runtime_, "DBETXTDatabase::init", false, [&] {
     Ready_ = false;
+    runtime_.konfiguration.readOnce();
     Trace& trace = runtime_.trace;
     trace.TraceEnter("DBETXTDatabase::init");
     trace.TraceParam("sDBEip", sDBEip);
@@ -114,6 +115,7 @@ bool DBETXTDatabase::init(const std::string& sDBEip, const std::string& sDBEPort
 std::int16_t DBETXTDatabase::openDatabase() {
   const auto open = [&]() -> std::int16_t {
     platform::DbeLibrary& dbe = runtime_.machine.dbe;
+    dbe.secure({runtime_.konfiguration.ServerTLS, runtime_.konfiguration.ServerCA});
     client_ = dbe.DBE_Initialize();
     if (client_ < 0) return noClient;
     const std::string password = sAppkey_.empty() ? sSysPass_ : sSysPass_ + ";" + sAppkey_;

@@ -1,9 +1,11 @@
 #include "hostdb/HostStatements.h"
 
 #include "common/Dates.h"
+#include "common/Numbers.h"
 #include "common/Text.h"
 #include "kartix/DBETXTDatabase.h"
 #include "platform/Clock.h"
+#include "platform/DbeLibrary.h"
 #include "runtime/Runtime.h"
 
 namespace kartix {
@@ -16,9 +18,34 @@ bool openConfigured(Runtime& runtime, DBETXTDatabase& database) {
   return database.init(k.ServerIP, k.ServerPort, k.SysUser, k.SysPass, k.DBName, k.DBUser, k.DBPass, "");
 }
 
-std::string assignment(std::string_view column, std::string_view value) {
-  if (value.empty()) return {};
-  return std::string(column) + "'" + text::replaceAll(value, "'", "''") + "',";
+void Assignments::add(std::string_view column, std::string_view value) {
+  if (!value.empty()) all_.push_back(std::string(column) + "'" + text::replaceAll(value, "'", "''") + "'");
+}
+
+std::string Assignments::joined(std::string_view separator) const {
+  std::string text;
+  for (const std::string& each : all_) text.append(text.empty() ? "" : separator).append(each);
+  return text;
+}
+
+bool wasWritten(Runtime& runtime, std::int16_t result, std::string_view what, const std::function<bool()>& stands) {
+  if (result != platform::DbeLibrary::outcomeUnknown) return result == 0;
+  if (stands()) return true;
+  runtime.trace.TraceLine({"Ausgang unklar: ", what, " gesendet, Verbindung zur Datenbank verloren"},
+                          trace_level::calls);
+  runtime.reporting.showSystemMessage(
+      "Die Verbindung zur Datenbank ist beim Schreiben abgebrochen. Ob geschrieben wurde (" + std::string(what) +
+          "), ist nicht bekannt. Bitte prüfen, bevor es noch einmal versucht wird.",
+      "Fehler beim Schreiben in die Datenbank");
+  return false;
+}
+
+bool thereIs(DBETXTDatabase& database, const std::string& from) {
+  std::string row = "select count(*) from " + from;
+  std::string cursor;
+  if (database.query(row, cursor) < 0) return false;
+  database.closeCursor(cursor);
+  return leadingInt32(row) > 0;
 }
 
 void writeExchangeLog(Runtime& runtime, DBETXTDatabase& database, const std::string& personennummer,

@@ -135,7 +135,7 @@ void Konfiguration::readAll() {
 void Konfiguration::tracePaths() {
   using Path = std::pair<const char*, std::string_view>;
   const std::string_view database = ServerIP.empty() ? DBName : std::string_view();
-  for (const auto& [name, path] : {Path("InfoDatei", InfoDatei), Path("DBName", database),
+  for (const auto& [name, path] : {Path("InfoDatei", InfoDatei), Path("DBName", database), Path("ServerCA", ServerCA),
                                    Path("GATEWAYCert", GATEWAYCert), Path("GATEWAYPkey", GATEWAYPkey)}) {
     if (isForeignPath(path)) trace_.TraceLine({name, ": kein Pfad dieses Rechners: ", path}, trace_level::calls);
   }
@@ -144,6 +144,8 @@ void Konfiguration::tracePaths() {
 void Konfiguration::readDatabase() {
   ServerIP = read(sectionDatabase, "ServerIP");
   ServerPort = read(sectionDatabase, "ServerPort");
+  ServerTLS = readUntraced(sectionDatabase, "ServerTLS");
+  ServerCA = readUntraced(sectionDatabase, "ServerCA");
   SysUser = read(sectionDatabase, "SysUser");
   SysPass = readSecret(sectionDatabase, "SysPass");
   DBName = read(sectionDatabase, "DBName");

@@ -73,6 +73,8 @@ class Konfiguration {
 
   std::string ServerIP;
   std::string ServerPort;
+  std::string ServerTLS;  ///< how the connection to the server is secured. Reading it leaves nothing in the trace
+  std::string ServerCA;   ///< path of the certificates trusted there; untraced too
   std::string SysUser;
   std::string SysPass;
   std::string DBName;

@@ -31,7 +31,11 @@ constexpr SettingEntry account(std::string_view section, int which) {
 constexpr auto table = std::to_array<SettingEntry>({
     {"", "InfoDatei", Type::path, "", "", true, none, "Pfad der Ini-Datei."},
     {"FS", "ServerIP", Type::text, "", "", false, none, "Adresse des Datenbankservers (PostgreSQL)."},
-    {"FS", "ServerPort", Type::number, "", port, false, none, "Port des Servers"},
+    {"FS", "ServerPort", Type::ports, "", port, false, none, "Port des Servers"},
+    {"FS", "ServerTLS", Type::mode, "prefer", "disable|allow|prefer|require|verify-ca|verify-full", false, none,
+     "Verschlüsselung zum Datenbankserver"},
+    {"FS", "ServerCA", Type::path, "", "", false, none,
+     "Zertifikate der Stellen, denen dabei vertraut wird (PEM-Datei)"},
     {"FS", "SysUser", Type::text, "", "", false, none, "Systembenutzer"},
     {"FS", "SysPass", Type::password, "", "", false, none, "Passwort dazu"},
     {"FS", "DBName", Type::text, "", "", false, all, "Name der Datenbank, ohne Server der Pfad der Datei"},
@@ -88,6 +92,19 @@ std::pair<std::int32_t, std::int32_t> bounds(const SettingEntry& setting) {
   return {leadingInt32(setting.allowed), leadingInt32(setting.allowed.substr(dots + 2))};
 }
 
+bool isWithin(std::string_view text, std::pair<std::int32_t, std::int32_t> bounds) {
+  return isNumber(text) && leadingInt32(text) >= bounds.first && leadingInt32(text) <= bounds.second;
+}
+
+bool areAllWithin(std::string_view list, std::pair<std::int32_t, std::int32_t> bounds) {
+  for (;;) {
+    const auto comma = list.find(',');
+    if (!isWithin(text::trim(list.substr(0, comma)), bounds)) return false;
+    if (comma == std::string_view::npos) return true;
+    list.remove_prefix(comma + 1);
+  }
+}
+
 bool isService(std::string_view value) {
   const bool graphic = std::all_of(value.begin(), value.end(), [](unsigned char c) { return c > ' ' && c != 0x7F; });
   return graphic && (value.starts_with('/') || value.find("://") != std::string_view::npos);
@@ -137,12 +154,19 @@ std::string misfit(const SettingEntry& setting, std::string_view value) {
   switch (setting.type) {
     case SettingType::number: {
       const auto [least, most] = bounds(setting);
-      if (isNumber(value) && leadingInt32(value) >= least && leadingInt32(value) <= most) return {};
+      if (isWithin(value, {least, most})) return {};
       return "must be a number from " + std::to_string(least) + " to " + std::to_string(most);
+    }
+    case SettingType::ports: {
+      const auto [least, most] = bounds(setting);
+      if (areAllWithin(value, {least, most})) return {};
+      return "must be a number from " + std::to_string(least) + " to " + std::to_string(most) +
+             ", or several, separated by commas";
     }
     case SettingType::onOff:
       return value == "0" || value == "1" ? "" : "must be 1 (on) or 0 (off)";
     case SettingType::selection:
+    case SettingType::mode:
       return isAmong(setting, value) ? "" : "must be one of " + listed(setting.allowed) + ", spelt like that";
     case SettingType::service:
       return isService(value) ? "" : "must be a path that begins with / or a whole address, without blanks";

@@ -10,12 +10,14 @@ namespace kartix {
 enum class SettingType {
   text,
   password,
-  path,      ///< of a file or directory of this machine
-  service,   ///< path of a service at the gateway, or its whole address
-  address,   ///< "host:port"
-  number,    ///< within `allowed`, "1..65535"
-  onOff,     ///< "1" is on, anything else is off
-  selection  ///< one of `allowed`, "ZEVIS|ZKR|KBA"
+  path,       ///< of a file or directory of this machine
+  service,    ///< path of a service at the gateway, or its whole address
+  address,    ///< "host:port"
+  number,     ///< within `allowed`, "1..65535"
+  ports,      ///< one or more within `allowed`, separated by commas
+  onOff,      ///< "1" is on, anything else is off
+  selection,  ///< one of `allowed`, "ZEVIS|ZKR|KBA"; any other counts as none
+  mode        ///< one of `allowed`, "disable|require"; any other stays what it is, and what needs it fails
 };
 
 /// The operations that a setting is needed by; a sum of these.
@@ -35,7 +37,7 @@ struct SettingEntry {
   std::string_view name;
   SettingType type = SettingType::text;
   std::string_view fallback;  ///< what counts when it is found nowhere
-  std::string_view allowed;   ///< of a number or a selection
+  std::string_view allowed;   ///< of a number, of ports, a selection or a mode
   bool storeOnly = false;     ///< not looked for in the ini file
   unsigned neededBy = needed_by::none;
   std::string_view meaning;  ///< a sentence in German

@@ -1,12 +1,15 @@
 #include "common/Text.h"
 #include "database/HostFixture.h"
 #include "hostdb/Own.h"
+#include "support/Certificates.h"
 #include "support/Files.h"
 
 namespace kartix::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
 
 class Connection : public HostDatabase {
  protected:
@@ -38,29 +41,36 @@ TEST_P(Connection, EveryFailureToOpenHasItsMessage) {
       "Fehler beim Öffnen der Datenbank|Datenbank: DB-Benutzer, DB-Passwort oder DB-Name falsch.";
   struct Case {
     std::string Konfiguration::*setting;
-    std::string value, message;
+    std::string value, message, reason;
   };
-  std::vector<Case> cases = {{&Konfiguration::DBName, "", database},
-                             {&Konfiguration::DBName, machine.directory / "missing.db", database}};
-  if (GetParam() == Engine::sqlite) {
+  const bool file = GetParam() == Engine::sqlite;
+  std::vector<Case> cases = {{&Konfiguration::DBName, "", database, file ? "Pfad" : "leer"},
+                             {&Konfiguration::DBName, machine.directory / "missing.db", database, "o such file"}};
+  if (file) {
     writeBytes(machine.directory / "text.db", std::string(4096, 'x'));
-    cases.push_back({&Konfiguration::DBName, machine.directory / "text.db", database});
-    cases.push_back({&Konfiguration::DBName, machine.directory.path(), database});
-    cases.push_back({&Konfiguration::DBName, ":memory:", database});
+    cases.push_back({&Konfiguration::DBName, machine.directory / "text.db", database, "file is not a database"});
+    cases.push_back({&Konfiguration::DBName, machine.directory.path(), database, "Keine Datei"});
+    cases.push_back({&Konfiguration::DBName, ":memory:", database, "o such file"});
   } else {
-    cases.push_back({&Konfiguration::ServerPort, "1", server});
-    cases.push_back({&Konfiguration::ServerIP, "127.0.0.1.invalid", server});
-    cases.push_back({&Konfiguration::SysUser, "niemand", server});
-    cases.push_back({&Konfiguration::SysPass, "falsch", server});
-    cases.push_back({&Konfiguration::SysPass, "", server});
-    cases.push_back({&Konfiguration::DBUser, "niemand", database});
-    cases.push_back({&Konfiguration::DBPass, "Systempasswort", database});
-    cases.push_back({&Konfiguration::DBPass, "", database});
+    cases.back().reason = "does not exist";
+    cases.push_back({&Konfiguration::ServerPort, "1", server, "refused"});
+    cases.push_back({&Konfiguration::ServerIP, "127.0.0.1.invalid", server, "127.0.0.1.invalid"});
+    cases.push_back({&Konfiguration::ServerIP, "127.0.0.1,,127.0.0.1", server, "leer"});
+    cases.push_back({&Konfiguration::ServerPort, "5432,5433", server, "1 Server, aber 2 Ports"});
+    cases.push_back({&Konfiguration::ServerTLS, "verify_full", server, "verify_full"});
+    cases.push_back({&Konfiguration::SysUser, "niemand", server, "\"niemand\""});
+    cases.push_back({&Konfiguration::SysPass, "falsch", server, "\"argosys\""});
+    cases.push_back({&Konfiguration::SysPass, "", server, "password"});
+    cases.push_back({&Konfiguration::DBUser, "niemand", database, "\"niemand\""});
+    cases.push_back({&Konfiguration::DBPass, "Systempasswort", database, "\"argo\""});
+    cases.push_back({&Konfiguration::DBPass, "", database, "password"});
   }
   Konfiguration& k = runtime.konfiguration;
   for (const Case& c : cases) {
     const std::string before = std::exchange(k.*c.setting, c.value);
     EXPECT_EQ(openingMessage(), c.message) << c.value;
+    EXPECT_THAT(machine.dbe->failureReason(), HasSubstr(c.reason)) << c.value;
+    EXPECT_THAT(machine.dbe->failureReason(), Not(HasSubstr("asswort"))) << c.value;
     // The clerk sees the operation's own error on top.
     EXPECT_FALSE(argo.LoadMitteilung());
     EXPECT_THAT(machine.messages.take(),
@@ -87,6 +97,52 @@ TEST_P(ServerConnection, ApplicationKeyIsNoPartOfThePassword) {
   EXPECT_EQ(open("argosys", "Systempasswort", "ARGO-Schluessel"), 1);
   EXPECT_EQ(open("argosys", "falsch", "ARGO-Schluessel"), -1);
   EXPECT_EQ(open("halbsys", "a;b", ""), 0);
+}
+
+TEST_P(ServerConnection, OneOfSeveralServersIsEnough) {
+  Konfiguration& k = runtime.konfiguration;
+  const std::string port = k.ServerPort;
+  k.ServerIP = "127.0.0.1 , 127.0.0.1";
+  for (const std::string& ports : {port, "1, " + port, port + ",1"}) {
+    k.ServerPort = ports;
+    EXPECT_EQ(openingMessage(), "") << ports;
+  }
+}
+
+TEST_P(ServerConnection, TlsIsAsWished) {
+  Konfiguration& k = runtime.konfiguration;
+  const std::string certificate = std::getenv("KARTIX_TEST_POSTGRES_CERTIFICATE");
+  TestAuthority other(machine.directory.path());
+  struct Case {
+    std::string server, mode, authority;
+    bool opens, secured;
+  };
+  for (const Case& c : {Case{"127.0.0.1", "", "", true, true},
+                        {"127.0.0.1", "disable", "", true, false},
+                        {"127.0.0.1", "require", "", true, true},
+                        {"127.0.0.1", "verify-full", certificate, true, true},
+                        {"localhost", "verify-full", certificate, false, false},
+                        {"localhost", "verify-ca", certificate, true, true},
+                        {"127.0.0.1", "verify-ca", other.caFile(), false, false},
+                        {"127.0.0.1", "verify-full", "/gone.pem", false, false}}) {
+    k.ServerIP = c.server;
+    k.ServerTLS = c.mode;
+    k.ServerCA = c.authority;
+    EXPECT_EQ(openingMessage().empty(), c.opens) << c.server << c.mode << machine.dbe->failureReason();
+    if (!c.opens) continue;
+    EXPECT_EQ(count("pg_stat_ssl where pid = pg_backend_pid() and ssl"), c.secured ? 1 : 0) << c.mode;
+  }
+}
+
+TEST_P(ServerConnection, TablesAreMadeOnce) {
+  for (const char* table : {"personalien", "fahrerkarte", "bearbeitung"}) execute(std::string("drop table ") + table);
+  insertRow("datenaustausch", 16, {});
+  EXPECT_THROW(createTables(), std::runtime_error);
+  EXPECT_EQ(count("pg_class where relname = 'personalien'"), 0);
+  EXPECT_EQ(count("datenaustausch"), 1);
+  execute("drop table datenaustausch");
+  createTables();
+  EXPECT_EQ(count("personalien"), 0);
 }
 
 TEST_P(Connection, OneStatementForEachCall) {

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "adapters/dbe/DbeChooser.h"
+#include "adapters/dbe/HostTables.h"
 #include "adapters/postgres/Postgres.h"
 #include "adapters/sqlite/HostDatabase.h"
 #include "adapters/sqlite/Sqlite.h"
@@ -58,17 +59,25 @@ HostDatabase::HostDatabase()
     server().execute("create database " + database_ + " owner argo");
     store("FS", "ServerIP", "127.0.0.1");
     store("FS", "ServerPort", server().port());
+    store("FS", "ServerTLS", "disable");  // which takes long
     store("FS", "SysUser", "argosys");
     store("FS", "SysPass", CryptLong("Systempasswort"));
     store("FS", "DBName", database_);
     store("FS", "DBUser", "argo");
     store("FS", "DBPass", CryptLong("Datenbank-Passwort"));
-    for (const std::string& statement : adapters::hostTableStatements()) execute(statement);
+    createTables();
   }
   open();
   EXPECT_EQ(machine.messages.take(), std::vector<std::string>());
   runtime.ClerkName = "Ümit Größer-Sachbearbeiter";
   session.begin("4711");
+}
+
+void HostDatabase::createTables() {
+  const Konfiguration& k = runtime.konfiguration;
+  runtime.konfiguration.readOnce();
+  adapters::dbe::createHostTables(*machine.dbe,
+                                  {k.ServerIP, k.ServerPort, k.SysUser, k.SysPass, k.DBName, k.DBUser, k.DBPass});
 }
 
 void HostDatabase::store(const std::string& section, const std::string& name, const std::string& value) {

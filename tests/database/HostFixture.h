@@ -26,6 +26,8 @@ class HostDatabase : public testing::TestWithParam<Engine> {
 
   /// A connection as the configuration says.
   std::unique_ptr<DBETXTDatabase> open();
+  /// Makes the host's tables on the server.
+  void createTables();
   /// Executes a statement and commits it.
   void execute(const std::string& statement);
   /// Inserts a row of `columns` values: those of `values` by position (from 1), blanks elsewhere.

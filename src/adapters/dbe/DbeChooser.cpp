@@ -16,7 +16,13 @@ struct Route {
 class DbeChooser : public platform::DbeLibrary {
  public:
   DbeChooser(std::unique_ptr<platform::DbeLibrary> embedded, std::unique_ptr<platform::DbeLibrary> server)
-      : embedded_(std::move(embedded)), server_(std::move(server)), current_(embedded_.get()) {}
+      : embedded_(std::move(embedded)),
+        server_(std::move(server)),
+        current_(embedded_.get()),
+        asked_(embedded_.get()) {}
+
+  void secure(const platform::ServerSecurity& security) override { server_->secure(security); }
+  std::string failureReason() const override { return asked_->failureReason(); }
 
   std::int16_t DBE_Initialize() override { return clients_.add(true); }
 
@@ -26,11 +32,12 @@ class DbeChooser : public platform::DbeLibrary {
     Route route;
     route.owner = client;
     route.library = server.find_first_not_of(' ') == std::string_view::npos ? embedded_.get() : server_.get();
+    asked_ = route.library;
     route.client = route.library->DBE_Initialize();
     if (route.client < 0) return route.client;
     route.connection = route.library->DBE_Connect(route.client, mode, server, port, user, password);
     const std::int16_t handle = route.connection < 0 ? route.connection : routes_.add(route);
-    current_ = route.library;
+    if (handle >= 0) current_ = route.library;
     if (handle < 0) route.library->DBE_CLEANUP(route.client);
     return handle;
   }
@@ -38,9 +45,7 @@ class DbeChooser : public platform::DbeLibrary {
   std::int16_t DBE_OpenDataBase(std::int16_t client, std::int16_t connection, std::string_view name,
                                 std::string_view user, std::string_view password, std::int16_t mode) override {
     const Route* const to = find(client, connection);
-    if (!to) return noRoute;
-    current_ = to->library;
-    return to->library->DBE_OpenDataBase(to->client, to->connection, name, user, password, mode);
+    return to ? to->library->DBE_OpenDataBase(to->client, to->connection, name, user, password, mode) : noRoute;
   }
 
   std::int16_t DBE_Query(std::int16_t client, std::int16_t connection, std::string& cursor, std::string& count,
@@ -69,9 +74,7 @@ class DbeChooser : public platform::DbeLibrary {
 
   std::int16_t DBE_Execute(std::int16_t client, std::int16_t connection, std::string_view statement) override {
     const Route* const to = find(client, connection);
-    if (!to) return noRoute;
-    current_ = to->library;
-    return to->library->DBE_Execute(to->client, to->connection, statement);
+    return to ? to->library->DBE_Execute(to->client, to->connection, statement) : noRoute;
   }
 
   std::int16_t DBE_Disconnect(std::int16_t client, std::int16_t connection) override {
@@ -91,8 +94,6 @@ class DbeChooser : public platform::DbeLibrary {
     return clients_.remove(client) ? std::int16_t{0} : noRoute;
   }
 
-  std::string failureReason() override { return current_->failureReason(); }
-
   std::string DBE_COPYBUF(std::string_view row, std::int16_t field, std::size_t capacity) override {
     return current_->DBE_COPYBUF(row, field, capacity);
   }
@@ -108,12 +109,15 @@ class DbeChooser : public platform::DbeLibrary {
 
   const Route* find(std::int16_t client, std::int16_t connection) {
     const Route* const route = routes_.find(connection);
-    return route && route->owner == client ? route : nullptr;
+    if (!route || route->owner != client) return nullptr;
+    asked_ = route->library;
+    return route;
   }
 
   std::unique_ptr<platform::DbeLibrary> embedded_;
   std::unique_ptr<platform::DbeLibrary> server_;
-  platform::DbeLibrary* current_;  ///< of the connection that was used last: whose rows are read
+  platform::DbeLibrary* current_;  ///< whose rows are read: of the connection that was used last
+  platform::DbeLibrary* asked_;    ///< what failed last, if anything did
   dbe::Handles<bool> clients_;
   dbe::Handles<Route> routes_;
 };

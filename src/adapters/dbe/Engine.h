@@ -17,6 +17,14 @@ struct Login {
   std::string port;
   std::string user;
   std::string password;  ///< may end in ";" and an application key
+  platform::ServerSecurity security = {};
+};
+
+/// Why something has failed.
+struct Failure {
+  std::string text;             ///< the engine's whole text, which may quote the statement
+  std::string reason = {};      ///< what of it may be written down; empty: `text`
+  bool outcomeUnknown = false;  ///< the work may have been written all the same
 };
 
 /// One connection to a database engine. A transaction is open from `open` on; whatever ends it opens the next one. An
@@ -26,19 +34,20 @@ class Connection {
  public:
   virtual ~Connection() = default;
 
-  /// Opens database `name`. Nothing on success, else why not, without the password.
-  virtual std::optional<std::string> open(const std::string& name, const std::string& user,
-                                          const std::string& password) = 0;
+  /// Opens database `name`. Nothing on success.
+  virtual std::optional<Failure> open(const std::string& name, const std::string& user,
+                                      const std::string& password) = 0;
 
   /// Runs exactly one statement ("commit" included) and puts its rows, if any, into `rows`. A statement that fails
-  /// leaves the work of those before it as it was. Nothing on success, else the error text.
-  virtual std::optional<std::string> run(const std::string& statement, RowSet& rows) = 0;
+  /// leaves the work of those before it as it was. Nothing on success. When the connection is lost during a "commit",
+  /// the engine finds out what became of it as well as it can.
+  virtual std::optional<Failure> run(const std::string& statement, RowSet& rows) = 0;
 };
 
-/// A connection, or none and why, without the password.
+/// A connection, or none and why.
 struct Attempt {
   std::unique_ptr<Connection> connection;
-  std::string failure = {};
+  Failure failure = {};
 };
 
 /// Connects to an engine; none when it cannot be reached or refuses the login.

@@ -2,6 +2,7 @@
 
 #include "adapters/dbe/Engine.h"
 #include "adapters/dbe/Handles.h"
+#include "common/CodePage.h"
 #include "common/Text.h"
 
 namespace kartix::adapters::dbe {
@@ -33,43 +34,63 @@ std::string_view unpadded(std::string_view buffer) {
   return buffer.substr(0, last == std::string_view::npos ? 0 : last + 1);
 }
 
-std::optional<std::string> refusal(std::string_view statement) {
-  if (statement.empty()) return "Leere Anweisung";
-  if (text::length(statement) > bufferSize) return "Anweisung ist zu lang";
+std::optional<Failure> refusal(std::string_view statement) {
+  if (statement.empty()) return Failure{"Leere Anweisung"};
+  if (text::length(statement) > bufferSize) return Failure{"Anweisung ist zu lang"};
   if (!text::isValidUtf8(statement) || statement.find('\0') != std::string_view::npos) {
-    return "Anweisung enthält ungültige Zeichen";
+    return Failure{"Anweisung enthält ungültige Zeichen"};
   }
   return std::nullopt;
+}
+
+/// A reason on one line: a server may take several, with blanks that point at a place in the one above. Some come in
+/// the character set of the system's messages.
+std::string onOneLine(const Failure& failure) {
+  constexpr std::size_t longest = 1000;
+  std::string reason = failure.reason.empty() ? failure.text : failure.reason;
+  if (!text::isValidUtf8(reason)) reason = codepage::fromAnsi(reason);
+  std::string line;
+  for (const char c : reason) {
+    const bool blank = static_cast<unsigned char>(c) <= ' ';
+    if (!blank) line.push_back(c);
+    if (blank && !line.empty() && line.back() != ' ') line.push_back(' ');
+  }
+  return text::left(text::trim(line), longest);
 }
 
 class Client : public platform::DbeLibrary {
  public:
   explicit Client(Connect connect) : connect_(std::move(connect)) {}
 
+  void secure(const platform::ServerSecurity& security) override { security_ = security; }
+  std::string failureReason() const override { return reason_; }
+
   std::int16_t DBE_Initialize() override { return clients_.add(true); }
 
   std::int16_t DBE_Connect(std::int16_t client, std::int16_t /*mode*/, std::string_view server, std::string_view port,
                            std::string_view user, std::string_view password) override {
     if (!clients_.find(client)) return failed;
-    Attempt attempt = connect_({std::string(server), std::string(port), std::string(user), std::string(password)});
-    reason_ = std::move(attempt.failure);
-    return attempt.connection ? connections_.add({client, std::move(attempt.connection)}) : failed;
+    auto [connection, failure] =
+        connect_({std::string(server), std::string(port), std::string(user), std::string(password), security_});
+    if (!connection) return fail(failure);
+    return connections_.add({client, std::move(connection)});
   }
 
   std::int16_t DBE_OpenDataBase(std::int16_t client, std::int16_t connection, std::string_view name,
                                 std::string_view user, std::string_view password, std::int16_t /*mode*/) override {
     OpenConnection* const found = find(client, connection);
     if (!found || found->open) return failed;
-    found->open = !note(found->connection->open(std::string(name), std::string(user), std::string(password)));
-    return found->open ? done : failed;
+    const auto failure = found->connection->open(std::string(name), std::string(user), std::string(password));
+    found->open = !failure;
+    return failure ? fail(*failure) : done;
   }
 
   std::int16_t DBE_Query(std::int16_t client, std::int16_t connection, std::string& cursor, std::string& count,
                          std::string& buffer) override {
     OpenConnection* const found = find(client, connection);
     Cursor answer;
-    if (auto error = note(run(found, buffer, answer.rows))) {
-      buffer = std::move(*error);
+    if (auto failure = run(found, buffer, answer.rows)) {
+      buffer = std::move(failure->text);
       return failed;
     }
     if (found->cursors.size() >= mostCursors) {
@@ -108,7 +129,9 @@ class Client : public platform::DbeLibrary {
 
   std::int16_t DBE_Execute(std::int16_t client, std::int16_t connection, std::string_view statement) override {
     RowSet ignored;
-    return note(run(find(client, connection), statement, ignored)) ? failed : done;
+    const auto failure = run(find(client, connection), statement, ignored);
+    if (failure && failure->outcomeUnknown) return outcomeUnknown;
+    return failure ? failed : done;
   }
 
   std::int16_t DBE_Disconnect(std::int16_t client, std::int16_t connection) override {
@@ -118,17 +141,6 @@ class Client : public platform::DbeLibrary {
   std::int16_t DBE_CLEANUP(std::int16_t client) override {
     connections_.removeIf([&](const OpenConnection& each) { return each.client == client; });
     return clients_.remove(client) ? done : failed;
-  }
-
-  std::string failureReason() override {
-    // The words of a server may be several lines, with blanks that point at a place in the one above.
-    std::string line;
-    for (const char c : reason_) {
-      const bool blank = static_cast<unsigned char>(c) <= ' ';
-      if (!blank) line.push_back(c);
-      if (blank && !line.empty() && line.back() != ' ') line.push_back(' ');
-    }
-    return text::trim(line);
   }
 
   std::string DBE_COPYBUF(std::string_view row, std::int16_t field, std::size_t capacity) override {
@@ -157,24 +169,26 @@ class Client : public platform::DbeLibrary {
   }
 
  private:
-  std::optional<std::string> note(std::optional<std::string> failure) {
-    reason_ = failure.value_or("");
-    return failure;
-  }
-
   OpenConnection* find(std::int16_t client, std::int16_t connection) {
     OpenConnection* const found = connections_.find(connection);
     return found && found->client == client ? found : nullptr;
   }
 
-  static std::optional<std::string> run(OpenConnection* connection, std::string_view buffer, RowSet& rows) {
-    if (!connection || !connection->open) return "Keine Datenbank geöffnet";
+  std::int16_t fail(const Failure& failure) {
+    reason_ = onOneLine(failure);
+    return failed;
+  }
+
+  std::optional<Failure> run(OpenConnection* connection, std::string_view buffer, RowSet& rows) {
     const std::string_view statement = unpadded(buffer);
-    if (auto refused = refusal(statement)) return refused;
-    return connection->connection->run(std::string(statement), rows);
+    auto failure = connection && connection->open ? refusal(statement) : Failure{"Keine Datenbank geöffnet"};
+    if (!failure) failure = connection->connection->run(std::string(statement), rows);
+    if (failure) fail(*failure);
+    return failure;
   }
 
   Connect connect_;
+  platform::ServerSecurity security_;
   std::string reason_;
   Handles<bool> clients_;
   Handles<OpenConnection> connections_;

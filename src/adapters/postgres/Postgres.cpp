@@ -1,19 +1,28 @@
 #include "adapters/postgres/Postgres.h"
 
-#include <libpq-fe.h>
 #include <poll.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <initializer_list>
 #include <string_view>
+#include <thread>
 
 #include "adapters/dbe/Engine.h"
+#include "adapters/postgres/Session.h"
 #include "common/Text.h"
 
 namespace kartix::adapters {
 namespace {
 
+using dbe::Failure;
+using postgres::connected;
+using postgres::failureOf;
+using postgres::LastServer;
+using postgres::logIn;
+using postgres::Result;
+using postgres::Session;
 using Clock = std::chrono::steady_clock;
 
 /// The server ends a statement after a minute. Somewhat later the client stops waiting for a server that says
@@ -21,19 +30,22 @@ using Clock = std::chrono::steady_clock;
 constexpr const char* statementLimit = "set statement_timeout = 60000";
 constexpr std::chrono::seconds answerTime{70};
 
-struct CloseSession {
-  void operator()(PGconn* session) const { PQfinish(session); }
-};
-struct ClearResult {
-  void operator()(PGresult* result) const { PQclear(result); }
-};
-using Session = std::unique_ptr<PGconn, CloseSession>;
-using Result = std::unique_ptr<PGresult, ClearResult>;
+/// How often a server is looked for after the connection was lost during a commit.
+constexpr std::chrono::milliseconds settlePause{200};
 
-struct Account {
-  std::string database;
-  std::string user;
-  std::string password;
+/// The running transaction, when it has written anything, and the life of the server that it runs in: a server that
+/// starts anew after a crash, and one that takes over from another, may give numbers again that were given before.
+constexpr const char* markStatement =
+    "select txid_current_if_assigned(), pg_walfile_name(pg_current_wal_insert_lsn()),"
+    " (select extract(epoch from stats_reset) from pg_stat_bgwriter)";
+constexpr std::size_t timelineLength = 8;  ///< the name of a log file begins with it
+
+enum class Fate { written, notWritten, unknown };
+
+/// What tells a transaction from all others; empty where the server cannot say.
+struct Mark {
+  std::string transaction;
+  std::string life;
 };
 
 /// Password and application key of "password;key". Without a key everything is password.
@@ -43,113 +55,137 @@ std::pair<std::string, std::string> splitPassword(const std::string& password) {
   return {password.substr(0, separator), password.substr(separator + 1)};
 }
 
-Session logIn(const dbe::Login& where, const Account& account, const std::string& applicationKey) {
-  // The client library would put values of its own in place of empty ones.
-  if (account.database.empty() || account.user.empty() || where.server.empty()) return nullptr;
-  const std::string application = applicationKey.empty() ? "kartix" : applicationKey;
-  struct Parameter {
-    const char* name;
-    const char* value;
-  };
-  const std::array parameters = {
-      Parameter{"host", where.server.c_str()},
-      Parameter{"port", where.port.c_str()},
-      Parameter{"dbname", account.database.c_str()},
-      Parameter{"user", account.user.c_str()},
-      Parameter{"password", account.password.c_str()},
-      Parameter{"application_name", application.c_str()},
-      Parameter{"client_encoding", "UTF8"},
-      Parameter{"connect_timeout", "10"},
-      Parameter{"keepalives_idle", "10"},
-      Parameter{"keepalives_interval", "5"},
-      Parameter{"keepalives_count", "3"},
-      Parameter{"tcp_user_timeout", "30000"},
-  };
-  std::array<const char*, parameters.size() + 1> names{};
-  std::array<const char*, parameters.size() + 1> values{};
-  for (std::size_t i = 0; i < parameters.size(); ++i) {
-    names.at(i) = parameters.at(i).name;
-    values.at(i) = parameters.at(i).value;
-  }
-  Session session(PQconnectdbParams(names.data(), values.data(), 0));
-  const PQnoticeProcessor silent = [](void*, const char*) {};
-  if (session) PQsetNoticeProcessor(session.get(), silent, nullptr);
-  return session;
-}
-
-bool connected(const Session& session) { return session && PQstatus(session.get()) == CONNECTION_OK; }
-
-std::string trimmedMessage(std::string message) {
-  while (message.ends_with('\n')) message.pop_back();
-  return message;
-}
-
-/// Why there is no session.
-std::string refusal(const Session& session) {
-  return session ? trimmedMessage(PQerrorMessage(session.get()))
-                 : "Server, Datenbank oder Benutzer ist nicht genannt";
-}
-
 class PostgresConnection : public dbe::Connection {
  public:
-  PostgresConnection(dbe::Login where, std::string applicationKey, Session session)
-      : where_(std::move(where)), applicationKey_(std::move(applicationKey)), session_(std::move(session)) {}
+  PostgresConnection(dbe::Login where, std::string applicationKey, LastServer lastServer,
+                     std::chrono::seconds settleTime, Session session)
+      : settleTime_(settleTime),
+        where_(std::move(where)),
+        applicationKey_(std::move(applicationKey)),
+        lastServer_(std::move(lastServer)),
+        session_(std::move(session)) {}
 
-  std::optional<std::string> open(const std::string& name, const std::string& user,
-                                  const std::string& password) override {
-    Session session = logIn(where_, {name, user, password}, applicationKey_);
-    if (!connected(session)) return refusal(session);
-    // The system user's session has done its work.
-    session_ = std::move(session);
-    // With this setting a backslash in a quoted value is a backslash and cannot hide the closing quote.
-    if (auto error = command("set standard_conforming_strings = on")) return error;
-    // A server that does not know the limit works without it.
-    command(statementLimit);
+  std::optional<Failure> open(const std::string& name, const std::string& user,
+                              const std::string& password) override {
+    account_ = {name, user, password};
+    if (auto failure = logInAsUser()) return failure;
+    marks_ = !markOf().life.empty();
     return begin();
   }
 
-  std::optional<std::string> run(const std::string& statement, dbe::RowSet& rows) override {
+  std::optional<Failure> run(const std::string& statement, dbe::RowSet& rows) override {
     if (auto error = begin()) return error;
     // A failed statement takes the whole transaction along, so one that holds unwritten work is secured first.
-    const bool secured = written_ && !endsTransaction(statement);
+    const bool secured = written_ && !ends(statement, {"commit", "rollback", "end"});
     if (secured) {
       if (auto error = command("savepoint statement")) return error;
     }
+    const bool commits = written_ && ends(statement, {"commit", "end"});
+    const Mark mark = commits ? markOf() : Mark();
+    if (auto error = stillSound()) return error;
     bool onlyRead = false;
     auto error = exchange(statement, &rows, onlyRead);
-    if (!connected(session_)) return error ? error : "Verbindung zum Datenbankserver verloren";
+    if (!connected(session_) && commits) return error ? settle(mark, *error) : std::nullopt;
+    if (!connected(session_)) return error ? error : Failure{"Verbindung zum Datenbankserver verloren"};
     if (PQtransactionStatus(session_.get()) == PQTRANS_INERROR) {
       if (command(secured ? "rollback to savepoint statement" : "rollback")) session_.reset();
     } else if (PQtransactionStatus(session_.get()) == PQTRANS_INTRANS) {
       if (secured) command("release savepoint statement");
       written_ = written_ || !onlyRead;
     }
-    if (auto next = begin(); next && !error) return next;
+    // What has succeeded stays so, whatever becomes of the next transaction.
+    begin();
     return error;
   }
 
  private:
-  static bool endsTransaction(std::string_view statement) {
+  /// True for a statement that begins with one of `words`.
+  static bool ends(std::string_view statement, std::initializer_list<std::string_view> words) {
     constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
     const auto start = std::min(statement.find_first_of(letters), statement.size());
     const std::string_view word = statement.substr(start, statement.find_first_not_of(letters, start) - start);
-    return text::equalNoCase(word, "commit") || text::equalNoCase(word, "rollback") || text::equalNoCase(word, "end");
+    return std::any_of(words.begin(), words.end(),
+                       [&](std::string_view each) { return text::equalNoCase(word, each); });
   }
 
-  std::optional<std::string> begin() {
-    if (!connected(session_)) return "Keine Verbindung zum Datenbankserver";
+  std::optional<Failure> logInAsUser() {
+    Failure failure;
+    Session session = logIn(where_, account_, applicationKey_, lastServer_, failure);
+    if (!connected(session)) return failure;
+    // The system user's session has done its work.
+    session_ = std::move(session);
+    // With this setting a backslash in a quoted value is a backslash and cannot hide the closing quote.
+    if (auto refused = command("set standard_conforming_strings = on")) return refused;
+    // A server that does not know the limit works without it.
+    command(statementLimit);
+    return std::nullopt;
+  }
+
+  /// Why the transaction cannot go on.
+  std::optional<Failure> stillSound() {
+    if (!connected(session_)) return Failure{"Verbindung zum Datenbankserver verloren"};
+    if (PQtransactionStatus(session_.get()) != PQTRANS_INERROR) return std::nullopt;
+    command("rollback");
+    return Failure{"Transaktion abgebrochen"};
+  }
+
+  Mark markOf() {
+    dbe::RowSet rows;
+    bool onlyRead = false;
+    if (!marks_ || exchange(markStatement, &rows, onlyRead) || rows.size() != 1) return {};
+    return {dbe::fieldOf(rows[0], 1, dbe::fieldSize),
+            dbe::fieldOf(rows[0], 2, timelineLength) + " " + dbe::fieldOf(rows[0], 3, dbe::fieldSize)};
+  }
+
+  /// Finds out whether the transaction was written whose commit has not been answered, at whichever server accepts
+  /// writes by then. Nothing when it was; otherwise `lost`, the failure of the commit.
+  std::optional<Failure> settle(const Mark& mark, Failure lost) {
+    // What has no number has written nothing.
+    if (mark.transaction.empty() && marks_) return lost;
+    const auto deadline = Clock::now() + settleTime_;
+    lost.outcomeUnknown = true;
+    while (marks_ && Clock::now() < deadline) {
+      std::optional<Fate> fate;
+      if (!logInAsUser()) fate = fateOf(mark);
+      if (!fate) {
+        std::this_thread::sleep_for(settlePause);
+        continue;
+      }
+      begin();
+      if (*fate == Fate::written) return std::nullopt;
+      lost.outcomeUnknown = *fate == Fate::unknown;
+      return lost;
+    }
+    return lost;
+  }
+
+  /// Nothing as long as it is open.
+  std::optional<Fate> fateOf(const Mark& mark) {
+    dbe::RowSet rows;
+    bool onlyRead = false;
+    const auto failure = exchange("select txid_status(" + mark.transaction + ")", &rows, onlyRead);
+    // A server that has never given this number has not got the transaction.
+    if (failure && failure->reason.ends_with("(22023)")) return Fate::notWritten;
+    if (failure || rows.size() != 1 || rows[0] == "in progress") return std::nullopt;
+    if (rows[0] == "aborted") return Fate::notWritten;
+    // In another life of the server the number may be another's.
+    return rows[0] == "committed" && markOf().life == mark.life ? Fate::written : Fate::unknown;
+  }
+
+  std::optional<Failure> begin() {
+    if (!connected(session_)) return Failure{"Keine Verbindung zum Datenbankserver"};
     if (PQtransactionStatus(session_.get()) != PQTRANS_IDLE) return std::nullopt;
     written_ = false;
     return command("begin");
   }
 
-  std::optional<std::string> command(const char* text) {
+  std::optional<Failure> command(const char* text) {
     bool onlyRead = false;
     return exchange(text, nullptr, onlyRead);
   }
 
   /// Sends one statement and takes its whole answer. The extended protocol refuses a second statement.
-  std::optional<std::string> exchange(const std::string& statement, dbe::RowSet* rows, bool& onlyRead) {
+  std::optional<Failure> exchange(const std::string& statement, dbe::RowSet* rows, bool& onlyRead) {
     try {
       return exchangeWhole(statement, rows, onlyRead);
     } catch (...) {
@@ -159,17 +195,17 @@ class PostgresConnection : public dbe::Connection {
     }
   }
 
-  std::optional<std::string> exchangeWhole(const std::string& statement, dbe::RowSet* rows, bool& onlyRead) {
+  std::optional<Failure> exchangeWhole(const std::string& statement, dbe::RowSet* rows, bool& onlyRead) {
     if (PQsendQueryParams(session_.get(), statement.c_str(), 0, nullptr, nullptr, nullptr, nullptr, 0) == 0) {
-      return trimmedMessage(PQerrorMessage(session_.get()));
+      return failureOf(session_.get());
     }
     PQsetSingleRowMode(session_.get());
     const auto deadline = Clock::now() + answerTime;
-    std::optional<std::string> error;
+    std::optional<Failure> error;
     for (;;) {
       if (!answerArrives(deadline)) {
         session_.reset();
-        return "Der Datenbankserver antwortet nicht";
+        return Failure{"Der Datenbankserver antwortet nicht"};
       }
       const Result result(PQgetResult(session_.get()));
       if (!result) return error;
@@ -177,7 +213,7 @@ class PostgresConnection : public dbe::Connection {
         case PGRES_SINGLE_TUPLE:
           if (!error && rows && !take(result.get(), *rows)) {
             cancel();
-            error = "Das Ergebnis ist zu groß";
+            error = Failure{"Das Ergebnis ist zu groß"};
           }
           break;
         case PGRES_TUPLES_OK:
@@ -185,15 +221,15 @@ class PostgresConnection : public dbe::Connection {
           onlyRead = std::string_view(PQcmdStatus(result.get())).starts_with("SELECT");
           break;
         case PGRES_EMPTY_QUERY:
-          error = "Leere Anweisung";
+          error = Failure{"Leere Anweisung"};
           break;
         case PGRES_FATAL_ERROR:
-          if (!error) error = trimmedMessage(PQresultErrorMessage(result.get()));
+          if (!error) error = failureOf(result.get());
           break;
         default:
           // A copy between server and client has no place here, and only closing the session ends it.
           session_.reset();
-          return "Anweisung wird nicht unterstützt";
+          return Failure{"Anweisung wird nicht unterstützt"};
       }
     }
   }
@@ -224,27 +260,35 @@ class PostgresConnection : public dbe::Connection {
     return rows.add(fields);
   }
 
+  std::chrono::seconds settleTime_;
   dbe::Login where_;
   std::string applicationKey_;
+  LastServer lastServer_;
   Session session_;
+  postgres::Account account_;
   bool written_ = false;
+  bool marks_ = true;  ///< the server can say what became of a transaction
 };
 
-dbe::Attempt connect(const dbe::Login& login) {
+dbe::Attempt connect(const dbe::Login& login, const LastServer& lastServer, std::chrono::seconds settleTime) {
+  Failure failure;
   constexpr const char* maintenance = "postgres";
   auto [password, key] = splitPassword(login.password);
-  Session session = logIn(login, {maintenance, login.user, password}, key);
+  Session session = logIn(login, {maintenance, login.user, password}, key, lastServer, failure);
   if (!connected(session) && session && PQconnectionUsedPassword(session.get()) != 0 && password != login.password) {
     // The password itself may hold the separator.
     key.clear();
-    session = logIn(login, {maintenance, login.user, login.password}, key);
+    session = logIn(login, {maintenance, login.user, login.password}, key, lastServer, failure);
   }
-  if (!connected(session)) return {nullptr, refusal(session)};
-  return {std::make_unique<PostgresConnection>(login, key, std::move(session))};
+  if (!connected(session)) return {nullptr, failure};
+  return {std::make_unique<PostgresConnection>(login, key, lastServer, settleTime, std::move(session))};
 }
 
 }  // namespace
 
-std::unique_ptr<platform::DbeLibrary> makePostgresDbe() { return dbe::makeClient(connect); }
+std::unique_ptr<platform::DbeLibrary> makePostgresDbe(std::chrono::seconds settleTime) {
+  return dbe::makeClient([settleTime, lastServer = std::make_shared<LastServer::element_type>()](
+                             const dbe::Login& login) { return connect(login, lastServer, settleTime); });
+}
 
 }  // namespace kartix::adapters

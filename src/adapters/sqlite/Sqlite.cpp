@@ -72,13 +72,13 @@ std::string pathTrouble(const std::string& name, const std::filesystem::path& pa
 
 class SqliteConnection : public dbe::Connection {
  public:
-  std::optional<std::string> open(const std::string& name, const std::string& /*user*/,
-                                  const std::string& /*password*/) override {
+  std::optional<dbe::Failure> open(const std::string& name, const std::string& /*user*/,
+                                   const std::string& /*password*/) override {
     std::error_code error;
     // An absolute path keeps special names from making a database in memory.
     const std::filesystem::path path = std::filesystem::absolute(pathOf(name), error);
-    if (error) return error.message();
-    if (std::string trouble = pathTrouble(name, path); !trouble.empty()) return trouble;
+    if (const std::string trouble = pathTrouble(name, path); !trouble.empty()) return dbe::Failure{trouble};
+    if (error) return dbe::Failure{error.message()};
     sqlite3* raw = nullptr;
     const int opened = sqlite3_open_v2(path.string().c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
     database_.reset(raw);
@@ -88,23 +88,23 @@ class SqliteConnection : public dbe::Connection {
         raw, progressSteps, [](void* self) { return static_cast<SqliteConnection*>(self)->overdue() ? 1 : 0; }, this);
     dbe::RowSet rows;
     // The first read tells whether the file is a database at all.
-    std::optional<std::string> failure = run("select count(*) from sqlite_master", rows);
+    std::optional<dbe::Failure> failure = run("select count(*) from sqlite_master", rows);
     if (failure) database_.reset();
     return failure;
   }
 
-  std::optional<std::string> run(const std::string& statement, dbe::RowSet& rows) override {
+  std::optional<dbe::Failure> run(const std::string& statement, dbe::RowSet& rows) override {
     started_ = Clock::now();
     if (!begin()) return message();
-    auto error = step(statement, rows);
+    auto failure = step(statement, rows);
     // Rows are read to the end, so a transaction that has only read need not keep its lock on the file.
     if (sqlite3_txn_state(database_.get(), nullptr) != SQLITE_TXN_WRITE) end();
-    return error;
+    return failure;
   }
 
  private:
   bool overdue() const { return Clock::now() - started_ > statementTime; }
-  std::string message() const { return sqlite3_errmsg(database_.get()); }
+  dbe::Failure message() const { return {sqlite3_errmsg(database_.get())}; }
   bool command(const char* text) {
     return sqlite3_exec(database_.get(), text, nullptr, nullptr, nullptr) == SQLITE_OK;
   }
@@ -114,12 +114,12 @@ class SqliteConnection : public dbe::Connection {
     if (sqlite3_get_autocommit(database_.get()) == 0) command("rollback");
   }
 
-  std::optional<std::string> step(const std::string& text, dbe::RowSet& rows) {
+  std::optional<dbe::Failure> step(const std::string& text, dbe::RowSet& rows) {
     Statement statement;
     const char* tail = nullptr;
     if (prepare(database_.get(), text.c_str(), statement, &tail) != SQLITE_OK) return message();
-    if (!statement) return "Leere Anweisung";
-    if (!onlyOne(database_.get(), tail)) return "Mehr als eine Anweisung";
+    if (!statement) return dbe::Failure{"Leere Anweisung"};
+    if (!onlyOne(database_.get(), tail)) return dbe::Failure{"Mehr als eine Anweisung"};
     const int columns = sqlite3_column_count(statement.get());
     std::vector<std::string_view> fields(static_cast<std::size_t>(columns));
     for (;;) {
@@ -127,7 +127,7 @@ class SqliteConnection : public dbe::Connection {
       if (result == SQLITE_DONE) return std::nullopt;
       if (result != SQLITE_ROW) return message();
       for (int i = 0; i < columns; ++i) fields[static_cast<std::size_t>(i)] = value(statement.get(), i);
-      if (!rows.add(fields)) return "Das Ergebnis ist zu groß";
+      if (!rows.add(fields)) return dbe::Failure{"Das Ergebnis ist zu groß"};
     }
   }
 

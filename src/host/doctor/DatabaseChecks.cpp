@@ -42,6 +42,7 @@ class Connection {
 
   bool connect(const Konfiguration& settings) {
     if (client_ < 0) return false;
+    dbe_.secure({settings.ServerTLS, settings.ServerCA});
     connection_ =
         dbe_.DBE_Connect(client_, 0, settings.ServerIP, settings.ServerPort, settings.SysUser, settings.SysPass);
     return connection_ >= 0;
