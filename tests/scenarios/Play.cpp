@@ -1,7 +1,5 @@
 #include "scenarios/Play.h"
 
-#include <sqlite3.h>
-
 #include <array>
 #include <cstdio>
 #include <fstream>
@@ -13,7 +11,6 @@
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
 #include "adapters/settings/Settings.h"
-#include "adapters/sqlite/HostDatabase.h"
 #include "common/CodePage.h"
 #include "common/Scrambling.h"
 #include "common/Text.h"
@@ -21,6 +18,7 @@
 #include "component/Component.h"
 #include "component/Dispatch.h"
 #include "runtime/Konfiguration.h"
+#include "scenarios/HostData.h"
 #include "scenarios/Pictures.h"
 #include "support/Files.h"
 #include "support/TestMachine.h"
@@ -157,8 +155,12 @@ Installation::Installation(const Json& scenario, LoopbackServer::Script gateway)
     : names_({{"DIR", directory_.path().string()}, {"UNUSED", Listener().port()}}) {
   startGateway(part(scenario, "gateway"), gateway ? std::move(gateway) : repliesOf(scenario));
   scenario_ = substituteAll(scenario, names_);
+  auto hostData = hostOnServer();
+  if (!hostData) hostData = hostFile(directory_.path());
+  hostData->make(hostStatements());
+  scenario_["settings"] = hostData->settings();
+  scenario_["settings"].update(substituteAll(part(scenario, "settings"), names_));
   writeSettings();
-  makeDatabase();
   for (const auto& [name, picture] : part(scenario_, "pictures").items()) makePicture(directory_ / name, picture);
   for (const auto& [name, content] : part(scenario_, "files").items()) writeBytes(directory_ / name, content);
 }
@@ -203,18 +205,8 @@ void Installation::writeSettings() const {
   }
 }
 
-void Installation::makeDatabase() const {
-  const fs::path file = directory_ / "host.db";
-  adapters::createHostDatabase(file);
-  sqlite3* raw = nullptr;
-  sqlite3_open(file.string().c_str(), &raw);
-  const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> database(raw, sqlite3_close);
-  const auto execute = [&](const std::string& statement) {
-    if (sqlite3_exec(raw, statement.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-      throw BadScenario(statement + ": " + sqlite3_errmsg(raw));
-    }
-  };
-  execute("begin");
+std::vector<std::string> Installation::hostStatements() const {
+  std::vector<std::string> statements;
   for (const auto& [table, rows] : part(scenario_, "rows").items()) {
     for (const Json& row : rows) {
       std::ostringstream columns;
@@ -223,14 +215,12 @@ void Installation::makeDatabase() const {
         columns << ',' << column;
         values << ",'" << text::replaceAll(value.get<std::string>(), "'", "''") << "'";
       }
-      std::ostringstream statement;
-      statement << "insert into " << table << " (" << columns.str().substr(1) << ") values ("
-                << values.str().substr(1) << ")";
-      execute(statement.str());
+      statements.push_back("insert into " + table + " (" + columns.str().substr(1) + ") values (" +
+                           values.str().substr(1) + ")");
     }
   }
-  for (const Json& statement : part(scenario_, "sql")) execute(statement);
-  execute("commit");
+  for (const Json& statement : part(scenario_, "sql")) statements.push_back(statement);
+  return statements;
 }
 
 adapters::Script Installation::script() const {

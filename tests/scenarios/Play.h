@@ -65,7 +65,8 @@ class Installation {
  private:
   void startGateway(const Json& gateway, LoopbackServer::Script script);
   void writeSettings() const;
-  void makeDatabase() const;
+  /// What fills the host database.
+  std::vector<std::string> hostStatements() const;
 
   TempDir directory_;
   std::optional<TestAuthority> authority_;

@@ -13,9 +13,9 @@ namespace fs = std::filesystem;
 
 /// Keys of a scenario and of the objects in it.
 const std::map<std::string, std::vector<std::string>> knownKeys = {
-    {"scenario",
-     {"about", "operation", "person", "lfdnr", "clerk", "before", "now", "settings", "ini", "files", "pictures",
-      "rows", "sql", "gateway", "replies", "setup", "script", "objects", "expect"}},
+    {"scenario", {"about",    "operation", "person", "lfdnr",    "clerk",  "before",    "now",
+                  "settings", "ini",       "files",  "pictures", "rows",   "sql",       "gateway",
+                  "replies",  "setup",     "script", "objects",  "expect", "sqliteOnly"}},
     {"expect",
      {"init", "result", "properties", "messages", "windows", "ready", "requests", "tunnels", "calls", "progress",
       "sounds", "settings", "ini", "trace", "traceHas", "book", "pictures"}},

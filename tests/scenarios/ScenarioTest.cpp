@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "scenarios/Expectations.h"
 
 namespace kartix::test {
@@ -12,6 +14,8 @@ class ScenarioTest : public testing::TestWithParam<Scenario> {};
 
 TEST_P(ScenarioTest, Plays) {
   ASSERT_EQ(GetParam().fault, "");
+  const std::string sqliteOnly = GetParam().content.value("sqliteOnly", "");
+  if (!sqliteOnly.empty() && std::getenv("KARTIX_TEST_POSTGRES")) GTEST_SKIP() << sqliteOnly;
   SCOPED_TRACE(GetParam().content["about"].get<std::string>());
   Installation installation(GetParam().content);
   checkExpectations(installation, installation.play());

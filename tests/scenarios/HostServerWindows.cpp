@@ -1,0 +1,7 @@
+#include "scenarios/HostData.h"
+
+namespace kartix::test {
+
+std::unique_ptr<HostData> hostOnServer() { return nullptr; }
+
+}  // namespace kartix::test
