@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 
+#include "adapters/dbe/HostTables.h"
 #include "adapters/settings/Settings.h"
 #include "adapters/sqlite/HostDatabase.h"
 #include "common/Scrambling.h"
@@ -121,7 +122,7 @@ void Place::moveToServer() {
   static int number = 0;
   database_ = "host" + std::to_string(++number);
   around.onServer("create database " + database_ + " owner argo");
-  for (const std::string& statement : adapters::hostTableStatements()) onDatabase("set role argo; " + statement);
+  for (const std::string& statement : adapters::dbe::hostTableStatements()) onDatabase("set role argo; " + statement);
   for (const auto& [setting, value] :
        std::initializer_list<std::pair<const char*, std::string>>{{"FS.ServerIP", "127.0.0.1"},
                                                                   {"FS.ServerPort", around.databasePort},

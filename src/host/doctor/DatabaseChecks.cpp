@@ -81,12 +81,31 @@ std::string because(const std::string& reason) { return reason.empty() ? "" : ":
 /// A server that says anything at all says it with this word, in English as in German.
 bool serverSpoke(const std::string& reason) { return reason.find("FATAL") != std::string::npos; }
 
+bool holds(const std::string& reason, std::string_view word) { return reason.find(word) != std::string::npos; }
+
+/// Servers that only read are passed over, so the reason is one for no connection.
+bool onlyReads(const std::string& reason) { return holds(reason, "read-only"); }
+
+Finding readOnly(const Place& place, const std::string& reason) {
+  return area.fault("FS.ServerIP", "Der Datenbankserver nimmt nur Lesezugriffe an: " + place.name + because(reason),
+                    "kartix settings set FS.ServerIP mit dem Server, auf den geschrieben wird, oder allen eines "
+                    "Clusters; ist es der richtige: default_transaction_read_only der Datenbank und des Benutzers "
+                    "prüfen");
+}
+
 Finding notConnected(const Place& place, const std::string& reason) {
+  if (onlyReads(reason)) return readOnly(place, reason);
   const std::string text = "Keine Verbindung zum Datenbankserver " + place.settings.ServerIP + because(reason);
   if (serverSpoke(reason)) {
     return area.fault(
         "FS.SysUser", text + "; Systembenutzer: FS.SysUser, FS.SysPass",
         "kartix settings set FS.SysUser BENUTZER; kartix settings set FS.SysPass (fragt nach dem Passwort)");
+  }
+  if (holds(reason, "certificate") || holds(reason, "SSL")) {
+    return area.fault(
+        "FS.ServerTLS", text + "; Verschlüsselung: FS.ServerTLS, FS.ServerCA",
+        "kartix settings set FS.ServerCA mit dem Zertifikat der ausstellenden Stelle; der Server muss auf "
+        "den Namen aus FS.ServerIP ausgestellt sein");
   }
   return area.fault("FS.ServerIP", text + "; Adresse: FS.ServerIP, FS.ServerPort",
                     "prüfen, ob der Server läuft und der Weg zu ihm offen ist; sonst kartix settings set FS.ServerIP "
@@ -118,7 +137,8 @@ Finding notOpened(const Place& place, const std::string& reason) {
         "kartix settings set FS.DBName DATEI (die Datenbank der Fachanwendung; eine leere legt kartix db "
         "create DATEI an)");
   }
-  const bool ofUser = reason.find("\"" + place.settings.DBUser + "\"") != std::string::npos;
+  if (onlyReads(reason)) return readOnly(place, reason);
+  const bool ofUser = holds(reason, "\"" + place.settings.DBUser + "\"");
   if (ofUser || !serverSpoke(reason)) {
     return area.fault(
         "FS.DBUser", text + "; Benutzer der Datenbank: FS.DBUser, FS.DBPass",
@@ -207,19 +227,13 @@ Findings checkTable(Connection& connection, const Place& place, const Table& tab
   return {unwritable(place, table, connection.reason())};
 }
 
-/// A whole database that can only be read; nothing when it can be written.
-Findings checkWritable(Connection& connection, const Place& place) {
-  if (place.embedded) {
-    if (adapters::canBeReplaced(pathOf(place.settings.DBName))) return {};
-    return {area.fault(
-        "FS.DBName",
-        "Im Verzeichnis der Datenbank kann nichts angelegt werden, was jedes Schreiben braucht: " + place.name,
-        "diesem Benutzer das Schreiben im Verzeichnis der Datei erlauben")};
-  }
-  if (connection.ask("show transaction_read_only") != "on") return {};
-  return {area.fault("FS.ServerIP", "Der Datenbankserver nimmt nur Lesezugriffe an: " + place.name,
-                     "kartix settings set FS.ServerIP mit dem Server, auf den geschrieben wird; ist es der richtige: "
-                     "default_transaction_read_only der Datenbank und des Benutzers prüfen")};
+/// A file that can only be read; nothing when it can be written.
+Findings checkWritable(const Place& place) {
+  if (!place.embedded || adapters::canBeReplaced(pathOf(place.settings.DBName))) return {};
+  return {area.fault(
+      "FS.DBName",
+      "Im Verzeichnis der Datenbank kann nichts angelegt werden, was jedes Schreiben braucht: " + place.name,
+      "diesem Benutzer das Schreiben im Verzeichnis der Datei erlauben")};
 }
 
 }  // namespace
@@ -230,7 +244,7 @@ Findings checkDatabase(Installation& installation, const Findings& known) {
   Connection connection(installation.runtime().machine.dbe);
   if (!connection.connect(place.settings)) return {notConnected(place, connection.reason())};
   if (!connection.open(place.settings)) return {notOpened(place, connection.reason())};
-  Findings findings = checkWritable(connection, place);
+  Findings findings = checkWritable(place);
   for (const Table& table : tables) {
     if (!hasFault(findings)) append(findings, checkTable(connection, place, table));
   }

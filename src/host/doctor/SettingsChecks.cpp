@@ -41,6 +41,8 @@ const char* placeholder(const Setting& setting) {
       return "RECHNER:PORT";
     case SettingType::number:
       return "ZAHL";
+    case SettingType::ports:
+      return "PORT";
     default:
       return "WERT";
   }
@@ -73,9 +75,13 @@ std::string expectation(const Setting& setting) {
   switch (setting.type) {
     case SettingType::number:
       return "keine Zahl von " + text::replaceAll(setting.allowed, "..", " bis ");
+    case SettingType::ports:
+      return "keine Zahl von " + text::replaceAll(setting.allowed, "..", " bis ") +
+             ", auch nicht mehrere, durch Kommas getrennt,";
     case SettingType::onOff:
       return "weder 1 (ein) noch 0 (aus)";
     case SettingType::selection:
+    case SettingType::mode:
       return "keines von " + text::replaceAll(setting.allowed, "|", ", ") + ", genau so geschrieben,";
     case SettingType::service:
       return "weder ein Pfad, der mit / beginnt, noch eine ganze Adresse, oder enthält Leerzeichen";
