@@ -47,14 +47,14 @@ class Settings {
 
 void createFile(const std::string& file) {
   adapters::createHostDatabase(file);
-  std::cout << "Host database created: " << file << '\n';
+  std::cout << "Datenbank angelegt: " << file << '\n';
 }
 
 void createTables(const Options& options) {
   const auto dbe = adapters::machine::makeDbe();
   dbe->secure(options.security);
   adapters::dbe::createHostTables(*dbe, options.database);
-  std::cout << "Tables created: " << options.database.name << " at " << options.database.server << '\n';
+  std::cout << "Tabellen angelegt: " << options.database.name << " auf " << options.database.server << '\n';
 }
 
 void createAsConfigured(Options& options) {
@@ -68,7 +68,7 @@ void createAsConfigured(Options& options) {
   } else if (!options.database.name.empty()) {
     createFile(options.database.name);
   } else {
-    throw UsageError("FS.ServerIP and FS.DBName are not set: name a file, or a --server");
+    throw UsageError("FS.ServerIP und FS.DBName sind nicht gesetzt: eine Datei angeben, oder --server");
   }
 }
 
@@ -77,24 +77,24 @@ void create(Options& options) {
   if (options.database.server.empty()) return createAsConfigured(options);
   options.database.systemUser = options.database.user;
   options.database.systemPassword = options.database.password =
-      readLine("Password of " + options.database.user, true);
+      readLine("Passwort von " + options.database.user, true);
   createTables(options);
 }
 
 void addServerOptions(CLI::App& command, Options& options, CLI::Option& file) {
   CLI::Option* const server =
-      command.add_option("--server", options.database.server, "Server, or several of a cluster (db1,db2)")
+      command.add_option("--server", options.database.server, "Server, oder mehrere eines Clusters (db1,db2)")
           ->excludes(&file);
-  CLI::Option* const name = command.add_option("--database", options.database.name, "Database on the server");
-  CLI::Option* const user =
-      command.add_option("--user", options.database.user,
-                         "User to whom the tables will belong; the password is asked for, or read from "
-                         "standard input");
+  CLI::Option* const name = command.add_option("--database", options.database.name, "Datenbank auf dem Server");
+  CLI::Option* const user = command.add_option(
+      "--user", options.database.user,
+      "Benutzer, dem die Tabellen gehören werden; nach dem Passwort wird gefragt, oder es wird von "
+      "der Standardeingabe gelesen");
   server->needs(name)->needs(user);
   for (CLI::Option* const option :
-       {name, user, command.add_option("--port", options.database.port, "Port, or one for each server"),
-        command.add_option("--tls", options.security.mode, "As the setting FS.ServerTLS"),
-        command.add_option("--ca", options.security.rootCertificate, "As the setting FS.ServerCA")}) {
+       {name, user, command.add_option("--port", options.database.port, "Port, oder je Server einer"),
+        command.add_option("--tls", options.security.mode, "Wie die Einstellung FS.ServerTLS"),
+        command.add_option("--ca", options.security.rootCertificate, "Wie die Einstellung FS.ServerCA")}) {
     option->needs(server);
   }
 }
@@ -102,19 +102,20 @@ void addServerOptions(CLI::App& command, Options& options, CLI::Option& file) {
 }  // namespace
 
 void addDatabaseCommand(CLI::App& app, int& exit) {
-  CLI::App* const database = app.add_subcommand("db", "The host database");
+  CLI::App* const database = app.add_subcommand("db", "Datenbank des Fachverfahrens");
   requireSubcommand(*database);
   database->footer(
-      "Examples:\n"
+      "Beispiele:\n"
       "  kartix db create /var/lib/kartix/host.db\n"
-      "  kartix db create                         (what the settings of section FS name)\n"
+      "  kartix db create                         (was die Einstellungen des Abschnitts FS nennen)\n"
       "  kartix db create --server db1,db2 --database argo --user argo");
-  CLI::App* const create_ = database->add_subcommand(
-      "create", "Make a host database of an embedded engine, or the host's tables on a server; what is there stays");
+  CLI::App* const create_ = database->add_subcommand("create",
+                                                     "Legt eine Datei mit den Tabellen des Fachverfahrens an, oder "
+                                                     "die Tabellen auf einem Server; was da ist, bleibt");
   const auto options = std::make_shared<Options>();
   addRegistryOption(*create_, options->registry);
   CLI::Option* const file =
-      create_->add_option("FILE", options->file, "File to make; without one, what the settings name");
+      create_->add_option("FILE", options->file, "Neue Datei; ohne sie gilt, was die Einstellungen nennen");
   addServerOptions(*create_, *options, *file);
   create_->callback([options, &exit] {
     create(*options);

@@ -18,8 +18,8 @@ std::string readLine(const std::string& what, bool secret) {
   std::string line;
   for (char c = 0; line.size() <= longestLine && std::cin.get(c) && c != '\n';) line.push_back(c);
   if (hidden) std::cerr << '\n';
-  if (line.size() > longestLine) throw UsageError(what + ": the value is too long");
-  if (line.empty() && !std::cin) throw UsageError(what + ": no value was given");
+  if (line.size() > longestLine) throw UsageError(what + ": Der Wert ist zu lang");
+  if (line.empty() && !std::cin) throw UsageError(what + ": Es wurde kein Wert angegeben");
   if (line.ends_with('\r')) line.pop_back();
   return line;
 }

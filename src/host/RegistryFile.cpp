@@ -12,15 +12,16 @@ std::filesystem::path registryFile(const std::string& option) {
 }
 
 std::string storeName(const std::filesystem::path& file) {
-  return file.empty() ? "the registry of the user" : file.string();
+  return file.empty() ? "Registrierung des Benutzers" : file.string();
 }
 
-void addRegistryOption(CLI::App& command, std::string& option) {
-  command
-      .add_option("--registry", option,
-                  "Settings store (default: $KARTIX_REGISTRY, else kartix/registry.reg in "
-                  "the user's configuration directory)")
-      ->type_name("FILE");
+void addRegistryOption(CLI::App& command, std::string& option, Reader reader) {
+  constexpr const char* english =
+      "Settings store (default: $KARTIX_REGISTRY, else kartix/registry.reg in the user's configuration directory)";
+  constexpr const char* german =
+      "Einstellungsspeicher (Vorgabe: $KARTIX_REGISTRY, sonst kartix/registry.reg im Konfigurationsverzeichnis des "
+      "Benutzers)";
+  command.add_option("--registry", option, reader == Reader::developer ? english : german)->type_name("FILE");
 }
 
 }  // namespace kartix::host

@@ -148,7 +148,7 @@ void addRunCommand(CLI::App& app, int& exit) {
   run->add_option("--person", options->person, "Number of the person")->required();
   run->add_option("--lfdnr", options->lfdnr, "Running number of the person's card record");
   run->add_option("--clerk", options->clerk, "Name of the acting clerk")->required();
-  addRegistryOption(*run, options->registry);
+  addRegistryOption(*run, options->registry, Reader::developer);
   run->add_option("--now", options->now, "Start the clock at this local time")->type_name("YYYY-MM-DDTHH:MM:SS");
   run->add_option("--script", options->script, "Let a script play the clerk, in place of windows")->type_name("FILE");
   run->add_option("--transcript", options->transcript, "Write what the clerk saw and did as JSON lines")

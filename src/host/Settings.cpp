@@ -19,7 +19,7 @@ bool isNone(const Setting& setting, const std::string& value) {
 
 [[noreturn]] void refuseWrite(const platform::Registry& registry, const Setting& setting) {
   const std::string reason = registry.writeFailure();
-  throw CommandFailure(setting.path() + ": the settings store cannot be written" +
+  throw CommandFailure(setting.path() + ": Der Einstellungsspeicher kann nicht geschrieben werden" +
                        (reason.empty() ? "" : ": " + reason));
 }
 
@@ -31,10 +31,12 @@ const Setting& findSetting(std::string_view path) {
     if (text::equalNoCase(setting.path(), path)) return setting;
     if (!text::equalNoCase(setting.name, path)) continue;
     if (found)
-      throw UsageError("\"" + std::string(path) + "\" stands in several sections: name it as " + found->path());
+      throw UsageError("\"" + std::string(path) + "\" gibt es in mehreren Abschnitten: mit Abschnitt angeben, etwa " +
+                       found->path());
     found = &setting;
   }
-  if (!found) throw UsageError("no setting is called \"" + std::string(path) + "\"; kartix settings list names them");
+  if (!found)
+    throw UsageError("Keine Einstellung heißt \"" + std::string(path) + "\"; kartix settings list nennt alle");
   return *found;
 }
 
@@ -62,11 +64,16 @@ std::string_view sourceName(ValueInForce::Source source) {
   return source == ValueInForce::Source::iniFile ? "ini file" : "default";
 }
 
+std::string_view sourceInGerman(ValueInForce::Source source) {
+  if (source == ValueInForce::Source::store) return "Einstellungsspeicher";
+  return source == ValueInForce::Source::iniFile ? "Ini-Datei" : "Vorgabe";
+}
+
 void checkValue(const Setting& setting, const std::string& value) {
-  if (!text::isValidUtf8(value)) throw UsageError(setting.path() + ": the value is not UTF-8 text");
-  if (value.find('\0') != std::string::npos) throw UsageError(setting.path() + ": the value holds a NUL character");
+  if (!text::isValidUtf8(value)) throw UsageError(setting.path() + ": Der Wert ist kein Text in UTF-8");
+  if (value.find('\0') != std::string::npos) throw UsageError(setting.path() + ": Der Wert enthält ein NUL-Zeichen");
   if (text::length(value) > longestSetting) {
-    throw UsageError(setting.path() + ": the value is longer than " + std::to_string(longestSetting) + " characters");
+    throw UsageError(setting.path() + ": Der Wert ist länger als " + std::to_string(longestSetting) + " Zeichen");
   }
 }
 
@@ -88,7 +95,8 @@ void removeValue(platform::Registry& registry, const Setting& setting) {
 
 void requireStore(const std::filesystem::path& file) {
   const std::string trouble = file.empty() ? "" : adapters::registryFileTrouble(file);
-  if (!trouble.empty()) throw CommandFailure("the settings store " + file.string() + " gives nothing: " + trouble);
+  if (!trouble.empty())
+    throw CommandFailure("Der Einstellungsspeicher " + file.string() + " liefert nichts: " + trouble);
 }
 
 }  // namespace kartix::host

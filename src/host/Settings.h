@@ -36,6 +36,8 @@ ValueInForce valueInForce(platform::Registry& registry, platform::ProfileFiles& 
 
 /// "store", "ini file" or "default".
 std::string_view sourceName(ValueInForce::Source source);
+/// The same for administrators.
+std::string_view sourceInGerman(ValueInForce::Source source);
 
 /// Raises `UsageError` for a value that the component could not read.
 void checkValue(const Setting& setting, const std::string& value);

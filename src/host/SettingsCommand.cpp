@@ -51,7 +51,7 @@ std::string scramble(const Setting& setting, const std::string& plain) {
   if (plain.empty()) return {};
   std::string stored = CryptLong(plain);
   if (DecryptLong(stored) != plain) {
-    throw UsageError(setting.path() + ": a password can only hold characters of Windows-1252");
+    throw UsageError(setting.path() + ": Ein Passwort kann nur Zeichen von Windows-1252 enthalten");
   }
   return stored;
 }
@@ -87,7 +87,7 @@ void list(const Options& options) {
     const bool masked = setting.secret() && !inForce.value.empty();
     std::cout << setting.path() << " = " << (masked ? "*****" : printable(inForce.value));
     const bool remarked = inForce.source != ValueInForce::Source::store && !inForce.value.empty();
-    if (remarked) std::cout << "  (" << sourceName(inForce.source) << ")";
+    if (remarked) std::cout << "  (" << sourceInGerman(inForce.source) << ")";
     std::cout << '\n';
   }
   if (options.json) std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
@@ -98,22 +98,22 @@ void get(const Options& options) {
   const Setting& setting = findSetting(options.name);
   requireStore(registryFile(options.registry));
   const auto [value, source] = valueInForce(*openStore(options), *adapters::machine::makeProfileFiles(), setting);
-  if (value.empty()) throw CommandFailure(setting.path() + " is not set");
+  if (value.empty()) throw CommandFailure(setting.path() + " ist nicht gesetzt");
   // The scrambled form holds control characters: they are for files and pipes only.
   std::cout << (adapters::system::isTerminal(adapters::system::Stream::output) ? printable(value) : value) << '\n';
   // Beside the value, which scripts read.
-  if (source != ValueInForce::Source::store) std::cerr << setting.path() << ": " << sourceName(source) << '\n';
+  if (source != ValueInForce::Source::store) std::cerr << setting.path() << ": " << sourceInGerman(source) << '\n';
 }
 
 void set(const Options& options) {
   const Setting& setting = findSetting(options.name);
   if (options.scrambled && !setting.secret()) {
-    throw UsageError(setting.path() + " is not secret: leave out --scrambled");
+    throw UsageError(setting.path() + " ist nicht geheim: ohne --scrambled setzen");
   }
   if (setting.secret() && options.value) {
     throw UsageError(setting.path() +
-                     " is not taken from the command line, which others can read: leave it out, and enter it or pass "
-                     "it to standard input");
+                     " wird nicht aus der Befehlszeile genommen, die andere lesen können: ohne den Wert aufrufen "
+                     "und ihn eingeben, oder ihn über die Standardeingabe geben");
   }
   std::string value = options.value ? *options.value : readLine(setting.path(), setting.secret());
   checkType(setting, value);
@@ -141,27 +141,29 @@ std::size_t copySettings(platform::Registry& from, platform::Registry& to) {
 
 void importSettings(const Options& options) {
   const std::size_t count = copySettings(*adapters::makeRegFile(options.file), *openStore(options));
-  if (count == 0) throw CommandFailure(options.file + " holds no settings of this component, or cannot be read");
-  std::cout << count << " settings imported into " << storeName(registryFile(options.registry)) << '\n';
+  if (count == 0)
+    throw CommandFailure(options.file + " enthält keine Einstellungen von Kartix oder ist nicht lesbar");
+  std::cout << count << " Einstellungen übernommen in " << storeName(registryFile(options.registry)) << '\n';
 }
 
 void exportSettings(const Options& options) {
-  if (std::filesystem::exists(options.file)) throw CommandFailure(options.file + " exists already");
+  if (std::filesystem::exists(options.file)) throw CommandFailure(options.file + " gibt es schon");
   const std::size_t count = copySettings(*openStore(options), *adapters::makeRegFile(options.file));
-  if (count == 0) throw CommandFailure("there are no settings in " + storeName(registryFile(options.registry)));
-  std::cout << count << " settings exported to " << options.file << '\n';
+  if (count == 0) throw CommandFailure("Es gibt keine Einstellungen in " + storeName(registryFile(options.registry)));
+  std::cout << count << " Einstellungen geschrieben nach " << options.file << '\n';
 }
 
 }  // namespace
 
 void addSettingsCommand(CLI::App& app, int& exit) {
   const auto options = std::make_shared<Options>();
-  CLI::App* const settings = app.add_subcommand("settings", "The settings store; passwords are kept scrambled");
+  CLI::App* const settings =
+      app.add_subcommand("settings", "Einstellungsspeicher; Passwörter liegen verschleiert darin");
   requireSubcommand(*settings);
   settings->footer(
-      "Examples:\n"
+      "Beispiele:\n"
       "  kartix settings set FS.DBName /var/lib/kartix/host.db\n"
-      "  kartix settings set FS.DBPass            (asks for the password, or reads it from standard input)\n"
+      "  kartix settings set FS.DBPass            (fragt nach dem Passwort oder liest es von der Standardeingabe)\n"
       "  kartix settings import argo.reg");
 
   const auto add = [&](const char* name, const char* description, void (*action)(const Options&)) {
@@ -173,30 +175,31 @@ void addSettingsCommand(CLI::App& app, int& exit) {
     });
     return command;
   };
-  const char* const nameHelp = "Section and name, for example FS.ServerIP";
+  const char* const nameHelp = "Abschnitt und Name, zum Beispiel FS.ServerIP";
   CLI::App* const lister =
       add("list",
-          "Show what counts of every setting, with a remark when it comes from elsewhere than the "
-          "store; passwords appear as *****",
+          "Zeigt, was von jeder Einstellung gilt, mit einem Vermerk, wenn es nicht aus dem Speicher kommt; "
+          "Passwörter erscheinen als *****",
           list);
-  lister->add_flag("--json", options->json, "As JSON, with everything that is known of each setting");
-  add("get", "Print what counts of one setting, a password in its scrambled form", get)
+  lister->add_flag("--json", options->json, "Als JSON, mit allem, was zu jeder Einstellung bekannt ist");
+  add("get", "Gibt aus, was von einer Einstellung gilt, ein Passwort in verschleierter Form", get)
       ->add_option("NAME", options->name, nameHelp)
       ->required();
-  CLI::App* const setter = add("set", "Store one setting; a password is entered plain and stored scrambled", set);
+  CLI::App* const setter =
+      add("set", "Setzt eine Einstellung; ein Passwort wird im Klartext eingegeben und verschleiert abgelegt", set);
   setter->add_option("NAME", options->name, nameHelp)->required();
   setter->add_option("VALUE", options->value,
-                     "New value; without it one line of standard input, as always for passwords");
-  setter->add_flag("--scrambled", options->scrambled, "The password is in its scrambled form already");
-  add("unset", "Take one setting out of the store, so that the ini file or the default counts", unset)
+                     "Neuer Wert; ohne ihn eine Zeile der Standardeingabe, wie immer bei Passwörtern");
+  setter->add_flag("--scrambled", options->scrambled, "Das Passwort ist schon in verschleierter Form");
+  add("unset", "Nimmt eine Einstellung aus dem Speicher, so dass Ini-Datei oder Vorgabe gilt", unset)
       ->add_option("NAME", options->name, nameHelp)
       ->required();
-  add("import", "Take over settings from a registry export", importSettings)
-      ->add_option("FILE", options->file, "Registry export (.reg)")
+  add("import", "Übernimmt Einstellungen aus einem Export der Registrierung", importSettings)
+      ->add_option("FILE", options->file, "Export der Registrierung (.reg)")
       ->required()
       ->check(CLI::ExistingFile);
-  add("export", "Write the settings to a new registry export", exportSettings)
-      ->add_option("FILE", options->file, "File to write (.reg)")
+  add("export", "Schreibt die Einstellungen in einen neuen Export der Registrierung", exportSettings)
+      ->add_option("FILE", options->file, "Neue Datei (.reg)")
       ->required();
 }
 

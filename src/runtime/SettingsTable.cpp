@@ -155,23 +155,24 @@ std::string misfit(const SettingEntry& setting, std::string_view value) {
     case SettingType::number: {
       const auto [least, most] = bounds(setting);
       if (isWithin(value, {least, most})) return {};
-      return "must be a number from " + std::to_string(least) + " to " + std::to_string(most);
+      return "muss eine Zahl von " + std::to_string(least) + " bis " + std::to_string(most) + " sein";
     }
     case SettingType::ports: {
       const auto [least, most] = bounds(setting);
       if (areAllWithin(value, {least, most})) return {};
-      return "must be a number from " + std::to_string(least) + " to " + std::to_string(most) +
-             ", or several, separated by commas";
+      return "muss eine Zahl von " + std::to_string(least) + " bis " + std::to_string(most) +
+             " sein, oder mehrere, durch Kommas getrennt";
     }
     case SettingType::onOff:
-      return value == "0" || value == "1" ? "" : "must be 1 (on) or 0 (off)";
+      return value == "0" || value == "1" ? "" : "muss 1 (ein) oder 0 (aus) sein";
     case SettingType::selection:
     case SettingType::mode:
-      return isAmong(setting, value) ? "" : "must be one of " + listed(setting.allowed) + ", spelt like that";
+      return isAmong(setting, value) ? "" : "muss so geschrieben eines davon sein: " + listed(setting.allowed);
     case SettingType::service:
-      return isService(value) ? "" : "must be a path that begins with / or a whole address, without blanks";
+      return isService(value) ? ""
+                              : "muss ein Pfad sein, der mit / beginnt, oder eine ganze Adresse, ohne Leerzeichen";
     case SettingType::address:
-      return isAddress(value) ? "" : "must be HOST:PORT";
+      return isAddress(value) ? "" : "muss die Form RECHNER:PORT haben";
     case SettingType::text:
     case SettingType::password:
     case SettingType::path:

@@ -58,7 +58,7 @@ std::string operationNames(unsigned neededBy);
 /// True for one of `allowed` of a selection.
 bool isAmong(const SettingEntry& selection, std::string_view value);
 
-/// What a value must be, when it is none of the setting's type ("must be a number from 1 to 65535"); else empty.
+/// What a value must be, when it is none of the setting's type ("muss eine Zahl von 1 bis 65535 sein"); else empty.
 std::string misfit(const SettingEntry& setting, std::string_view value);
 
 /// What a value counts as, also one that does not fit its type.

@@ -50,7 +50,7 @@ TEST_F(Command, WrongUsageEndsWith2AndSaysWhatIsWrong) {
       {run + "--script bad.json --transcript gone/t", R"(unknown action "press")"},
       {run + "--transcript gone/t", "gone/t"},
       {"settings get FS.Gone", "FS.Gone"},
-      {"settings get ZEVISPass", "several sections"},
+      {"settings get ZEVISPass", "mehreren Abschnitten"},
   };
   for (const auto& [arguments, expected] : cases) {
     const Outcome outcome = kartix(arguments);
@@ -95,16 +95,16 @@ TEST_F(Command, SettingsComeBackAndSecretsStayScrambled) {
 }
 
 TEST_F(Command, SettingsShowWhatCountsAndRefuseWhatDoesNotFit) {
-  EXPECT_THAT(kartix("settings list").err, HasSubstr("gives nothing: No such file or directory"));
+  EXPECT_THAT(kartix("settings list").err, HasSubstr("liefert nichts: No such file or directory"));
   EXPECT_EQ(kartix("settings get FS.DBName").status, 1);
   write("own.ini", "[ZKR]\r\nKENZA=15003\r\nZPPER=ini\r\nTestClerk=1\r\n");
   kartix("settings set InfoDatei " + (dir / "own.ini").string());
   kartix("settings set ZKR.ZPPER store");
   const Outcome inIni = kartix("settings get ZKR.KENZA");
-  EXPECT_EQ(inIni.out + inIni.err, "15003\nZKR.KENZA: ini file\n");
+  EXPECT_EQ(inIni.out + inIni.err, "15003\nZKR.KENZA: Ini-Datei\n");
   EXPECT_THAT(kartix("settings list").out,
-              AllOf(HasSubstr("ZKR.KENZA = 15003  (ini file)\n"), HasSubstr("ZKR.ZPPER = store\n"),
-                    HasSubstr("ZKR.TestClerk = 0  (default)\n"), HasSubstr("FS.DBName = \n")));
+              AllOf(HasSubstr("ZKR.KENZA = 15003  (Ini-Datei)\n"), HasSubstr("ZKR.ZPPER = store\n"),
+                    HasSubstr("ZKR.TestClerk = 0  (Vorgabe)\n"), HasSubstr("FS.DBName = \n")));
   EXPECT_EQ(kartix("settings unset ZPPER").status, 0);
   EXPECT_EQ(kartix("settings get ZPPER").out, "ini\n");
   for (const char* const wrong : {"ZEVISPort abc", "ZEVISPort 65536", "GATEWAY ja", "SektionKennung zevis",
@@ -114,13 +114,13 @@ TEST_F(Command, SettingsShowWhatCountsAndRefuseWhatDoesNotFit) {
     EXPECT_THAT(outcome.err, Not(HasSubstr("geheim")));
   }
   fs::create_directory(dir / "config/kartix/.registry.reg.new");
-  EXPECT_THAT(kartix("settings set KENZA 1").err, HasSubstr("cannot be written: File exists"));
+  EXPECT_THAT(kartix("settings set KENZA 1").err, HasSubstr("kann nicht geschrieben werden: File exists"));
   write("config/kartix/registry.reg", "REGEDIT");
   for (const char* const line :
        {"settings list", "settings get KENZA", "settings unset KENZA", "settings set KENZA 1"}) {
     const Outcome outcome = kartix(line);
     EXPECT_EQ(outcome.status, 1) << line;
-    EXPECT_THAT(outcome.err, HasSubstr("it is damaged")) << line;
+    EXPECT_THAT(outcome.err, HasSubstr("beschädigt")) << line;
   }
 }
 

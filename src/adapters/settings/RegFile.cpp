@@ -61,7 +61,7 @@ class RegFile : public platform::Registry {
     const FileContent content = update.read(settingsLimit);
     auto document = parse(content);
     if (!document) return failed(registryFileTrouble(file_.path()));
-    if (!change(*document)) return failed("a registry file cannot hold it");
+    if (!change(*document)) return failed("ein Export der Registrierung kann es nicht fassen");
     const std::string bytes = document->encode();
     if (content.state == FileContent::State::read && bytes == content.bytes) return true;
     if (bytes.size() > settingsLimit) return failed(std::make_error_code(std::errc::file_too_large).message());
@@ -84,10 +84,10 @@ class RegFile : public platform::Registry {
 std::string registryFileTrouble(const std::filesystem::path& file) {
   const FileContent content = readFile(file, settingsLimit);
   if (content.state == FileContent::State::read) {
-    return RegDocument::parse(content.bytes) ? "" : "it is damaged, or no registry export";
+    return RegDocument::parse(content.bytes) ? "" : "beschädigt, oder kein Export der Registrierung";
   }
   if (content.failure) return content.failure.message();
-  return "it is no file, or larger than 4 MiB";
+  return "keine Datei, oder größer als 4 MiB";
 }
 
 std::unique_ptr<platform::Registry> makeRegFile(std::filesystem::path file) {

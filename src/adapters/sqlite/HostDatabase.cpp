@@ -36,13 +36,13 @@ void makeTables(const std::filesystem::path& file, const std::filesystem::path& 
 
 void createHostDatabase(const std::filesystem::path& path) {
   std::error_code error;
-  if (std::filesystem::exists(std::filesystem::symlink_status(path, error))) throw failure(path, "exists already");
+  if (std::filesystem::exists(std::filesystem::symlink_status(path, error))) throw failure(path, "gibt es schon");
   try {
     const FreshFile fresh(path);
     makeTables(fresh.path(), path);
     fresh.become(path);
   } catch (const std::system_error& refused) {
-    throw failure(path, refused.code() == std::errc::file_exists ? "exists already" : refused.code().message());
+    throw failure(path, refused.code() == std::errc::file_exists ? "gibt es schon" : refused.code().message());
   }
 }
 
