@@ -39,7 +39,7 @@ class OpenDatabase {
     if (open) return;
     const std::string reason = dbe.failureReason();
     close();
-    fail("does not open: " + reason);
+    fail("lässt sich nicht öffnen: " + reason);
   }
   ~OpenDatabase() { close(); }
   OpenDatabase(const OpenDatabase&) = delete;
@@ -55,7 +55,7 @@ class OpenDatabase {
     if (dbe_.DBE_Execute(client_, connection_, statement) != 0) fail(dbe_.failureReason());
   }
   [[noreturn]] void fail(const std::string& reason) const {
-    throw std::runtime_error(database_.name + " at " + database_.server + ": " + reason);
+    throw std::runtime_error(database_.name + " auf " + database_.server + ": " + reason);
   }
 
  private:
@@ -125,7 +125,7 @@ std::vector<std::string> hostTableStatements() {
 void createHostTables(platform::DbeLibrary& dbe, const ServerDatabase& database) {
   OpenDatabase open(dbe, database);
   for (const HostTable& table : hostTables()) {
-    if (open.has(table.name)) open.fail("has a table " + table.name + " already; nothing was made");
+    if (open.has(table.name)) open.fail("Es gibt die Tabelle " + table.name + " schon; angelegt wurde nichts");
   }
   for (const std::string& statement : hostTableStatements()) open.execute(statement);
   open.execute("commit");
