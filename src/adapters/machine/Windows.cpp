@@ -24,7 +24,7 @@ std::unique_ptr<platform::ImageLibrary> makeImages() { return makeWicImages(); }
 std::unique_ptr<platform::SoundPlayer> makeSounds() { return makeEventSounds(); }
 std::unique_ptr<platform::UserInterface> makeUserInterface() { return makeNativeUserInterface(); }
 std::unique_ptr<platform::Stage> makeStage() { return makeNativeStage(); }
-std::string missingFonts() { return {}; }  // the designs' own font comes with the system
+std::string missingFonts() { return missingNativeFonts(); }
 std::unique_ptr<platform::InstalledClasses> makeInstalledClasses() { return makeAutomationClasses(); }
 
 }  // namespace kartix::adapters::machine

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "adapters/files/Files.h"
@@ -107,16 +108,29 @@ Findings checkTraceFile(const std::string& name) {
                      "diesem Benutzer das Schreiben erlauben, oder " + setPath(setting))};
 }
 
-/// Where photos lie: the first folder that has none of its own below the root. Groups of persons share it.
+/// A folder of persons, by its number: beside those a file system may keep folders of its own.
+bool holdsPersons(const fs::directory_entry& entry) {
+  std::error_code error;
+  return text::allDigits(entry.path().filename().string()) && entry.is_directory(error);
+}
+
+/// The first folder of persons in `directory`; empty when there is none, or none to be seen.
+fs::path firstGroup(const fs::path& directory) {
+  std::error_code error;
+  for (fs::directory_iterator entry(directory, error); !error && entry != fs::directory_iterator();
+       entry.increment(error)) {
+    if (holdsPersons(*entry)) return entry->path();
+  }
+  return {};
+}
+
+/// Where photos lie: the first folder of persons that has none below it.
 fs::path firstLeaf(fs::path directory) {
   constexpr int depth = 3;
   for (int i = 0; i < depth; ++i) {
-    std::error_code error;
-    const auto begin = fs::directory_iterator(directory, fs::directory_options::skip_permission_denied, error);
-    const auto folder =
-        std::find_if(begin, {}, [&](const fs::directory_entry& entry) { return entry.is_directory(error); });
-    if (error || folder == fs::directory_iterator()) break;
-    directory = folder->path();
+    fs::path next = firstGroup(directory);
+    if (next.empty()) break;
+    directory = std::move(next);
   }
   return directory;
 }

@@ -6,7 +6,6 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "host/Installation.h"
-#include "host/RegistryFile.h"
 #include "host/Settings.h"
 #include "host/doctor/Doctor.h"
 #include "platform/ProfileFiles.h"
@@ -126,7 +125,7 @@ std::string valueOf(Installation& installation, std::string_view path) {
 
 Findings checkStore(Installation& installation) {
   const std::filesystem::path& file = installation.registryFile();
-  const std::string name = storeName(file);
+  const std::string name = file.empty() ? "der Registrierung des Benutzers" : file.string();
   const std::string import = "kartix settings import SICHERUNG.reg";
   std::error_code error;
   const bool ours = !file.empty();

@@ -55,7 +55,7 @@ std::wstring installedFace() {
   for (const wchar_t* face : {L"Verdana", L"DejaVu Sans", L"Tahoma"}) {
     if (installed(screen.get(), face)) return face;
   }
-  return L"MS Shell Dlg 2";
+  return std::wstring(fallbackFace);
 }
 
 Look::Look(HWND window, const CommonControls& controls)

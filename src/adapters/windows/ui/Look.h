@@ -55,5 +55,7 @@ class Look {
 
 /// The font of the designs, or what takes its place where it is not installed.
 std::wstring installedFace();
+/// The last of them: the one that the system draws its own dialogs in, for which the windows are not laid out.
+inline constexpr std::wstring_view fallbackFace = L"MS Shell Dlg 2";
 
 }  // namespace kartix::adapters::native

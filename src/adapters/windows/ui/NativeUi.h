@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/Stage.h"
 #include "platform/UserInterface.h"
@@ -14,5 +15,8 @@ std::unique_ptr<platform::UserInterface> makeNativeUserInterface();
 
 /// Shows the windows of a play on the desktop, where there is one.
 std::unique_ptr<platform::Stage> makeNativeStage();
+
+/// Names of the fonts of which windows need one, when none of them is installed; else empty.
+std::string missingNativeFonts();
 
 }  // namespace kartix::adapters
