@@ -125,7 +125,7 @@ const std::vector<Seed> seeds = {
     {"database server that only reads", "FS.ServerIP", "set FS.ServerIP", onServer([](Place& place) {
        place.onDatabase("alter database " + place.database() + " set default_transaction_read_only = on");
      })},
-    {"no right to add", "FS.DBUser", "grant insert, update on BEARBEITUNG to \"argo\"",
+    {"no right to add", "FS.DBUser", "grant insert, update on bearbeitung to \"argo\"",
      onServer([](Place& place) { place.onDatabase("revoke insert on bearbeitung from argo"); })},
     {"no right to read", "FS.DBUser", "grant select on fahrerkarte to \"argo\"",
      onServer([](Place& place) { place.onDatabase("revoke select on fahrerkarte from argo"); })},

@@ -1,14 +1,13 @@
-#include <array>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "adapters/dbe/HostTables.h"
 #include "adapters/settings/Settings.h"
 #include "adapters/system/System.h"
-#include "common/Numbers.h"
 #include "common/Paths.h"
-#include "common/Text.h"
 #include "host/Installation.h"
 #include "host/doctor/Doctor.h"
 #include "platform/DbeLibrary.h"
@@ -19,15 +18,23 @@ namespace {
 
 const Area area("Datenbank");
 
-/// A table of the host as the component uses it: by the positions of its columns.
+/// A table of the host, and what the component does with it beside reading.
 struct Table {
-  const char* name;
+  std::string name;
   int columns;
   bool extended;  ///< rows are added, of exactly so many columns
   bool changed;   ///< rows of a person are changed
 };
-constexpr std::array tables = {Table{"personalien", 177, false, true}, Table{"fahrerkarte", 37, false, false},
-                               Table{"BEARBEITUNG", 41, true, true}, Table{"DATENAUSTAUSCH", 16, true, false}};
+
+std::vector<Table> usedTables() {
+  std::vector<Table> tables;
+  for (const adapters::dbe::HostTable& each : adapters::dbe::hostTables()) {
+    const bool log = each.name == "datenaustausch";
+    const bool work = each.name == "bearbeitung";
+    tables.push_back({each.name, each.columns, log || work, work || each.name == "personalien"});
+  }
+  return tables;
+}
 
 /// A connection to the host database, ended on every way out. What was done in it is rolled back.
 class Connection {
@@ -151,7 +158,7 @@ Finding notOpened(const Place& place, const std::string& reason) {
           place.settings.DBName + " to \"" + place.settings.DBUser + "\"");
 }
 
-std::string selectAll(const Table& table) { return std::string("select * from ") + table.name + " where 1 = 0"; }
+std::string selectAll(const Table& table) { return "select * from " + table.name + " where 1 = 0"; }
 
 /// A table has the column that its rows can be sorted by.
 bool hasColumn(Connection& connection, const Table& table, int position) {
@@ -168,15 +175,15 @@ int countColumns(Connection& connection, const Table& table) {
 std::string emptyInsert(const Table& table) {
   std::string nulls = "null";
   for (int i = 1; i < table.columns; ++i) nulls += ", null";
-  return std::string("insert into ") + table.name + " select " + nulls + " where 1 = 0";
+  return "insert into " + table.name + " select " + nulls + " where 1 = 0";
 }
 std::string emptyUpdate(const Table& table) {
-  return std::string("update ") + table.name + " set personennummer = personennummer where 1 = 0";
+  return "update " + table.name + " set personennummer = personennummer where 1 = 0";
 }
 
 Finding unreadable(Connection& connection, const Place& place, const Table& table) {
   const std::string reason = connection.reason();
-  const std::string name = table.name;
+  const std::string& name = table.name;
   const bool there =
       !place.embedded && connection.ask("select 1 where to_regclass('" + name + "') is not null") == "1";
   if (there) {
@@ -190,8 +197,7 @@ Finding unreadable(Connection& connection, const Place& place, const Table& tabl
 }
 
 Finding unwritable(const Place& place, const Table& table, const std::string& reason) {
-  const std::string text =
-      std::string("Die Tabelle ") + table.name + " nimmt nichts an: " + place.name + because(reason);
+  const std::string text = "Die Tabelle " + table.name + " nimmt nichts an: " + place.name + because(reason);
   if (place.embedded && isLocked(reason)) return heldElsewhere(text, place);
   if (place.embedded) {
     return area.fault("FS.DBName", text,
@@ -212,7 +218,7 @@ Findings checkColumns(Connection& connection, const Place& place, const Table& t
   if (!tooFew && !tooMany) return {};
   const std::string has = tooFew ? std::to_string(countColumns(connection, table)) : "mehr";
   return {area.fault("FS.DBName",
-                     std::string("Die Tabelle ") + table.name + " hat " + has + " Spalten, gebraucht werden " +
+                     "Die Tabelle " + table.name + " hat " + has + " Spalten, gebraucht werden " +
                          std::to_string(table.columns) + ": " + place.name,
                      "den Stand der Fachanwendung herstellen lassen, oder kartix settings set FS.DBName mit ihrer "
                      "Datenbank")};
@@ -245,7 +251,7 @@ Findings checkDatabase(Installation& installation, const Findings& known) {
   if (!connection.connect(place.settings)) return {notConnected(place, connection.reason())};
   if (!connection.open(place.settings)) return {notOpened(place, connection.reason())};
   Findings findings = checkWritable(place);
-  for (const Table& table : tables) {
+  for (const Table& table : usedTables()) {
     if (!hasFault(findings)) append(findings, checkTable(connection, place, table));
   }
   if (findings.empty())

@@ -70,28 +70,9 @@ std::string demandedBy(const Setting& setting, Installation& installation) {
   return operationNames(setting.neededBy);
 }
 
-std::string expectation(const Setting& setting) {
-  switch (setting.type) {
-    case SettingType::number:
-      return "keine Zahl von " + text::replaceAll(setting.allowed, "..", " bis ");
-    case SettingType::ports:
-      return "keine Zahl von " + text::replaceAll(setting.allowed, "..", " bis ") +
-             ", auch nicht mehrere, durch Kommas getrennt,";
-    case SettingType::onOff:
-      return "weder 1 (ein) noch 0 (aus)";
-    case SettingType::selection:
-    case SettingType::mode:
-      return "keines von " + text::replaceAll(setting.allowed, "|", ", ") + ", genau so geschrieben,";
-    case SettingType::service:
-      return "weder ein Pfad, der mit / beginnt, noch eine ganze Adresse, oder enthält Leerzeichen";
-    default:
-      return "nicht von der Form RECHNER:PORT";
-  }
-}
-
 /// A value that its type does not allow, and what it is taken for.
 Finding misfitting(const Setting& setting, const std::string& value) {
-  std::string text = setting.path() + ": " + quoted(value) + " ist " + expectation(setting);
+  std::string text = setting.path() + " " + misfit(setting, value) + ", ist aber " + quoted(value);
   std::string example = placeholder(setting);
   if (setting.type == SettingType::onOff || setting.type == SettingType::selection) {
     example = countsAs(setting, value);
