@@ -61,6 +61,11 @@ Neighbourhood::Neighbourhood()
   databasePort = PQport(server.get());
   onServer("create role argosys login password 'geheim02'");
   onServer("create role argo login password 'geheim03'");
+  adapters::createHostDatabase(directory / "empty.db");
+  onServer("create database vorlage owner argo");
+  std::string tables = "set role argo";
+  for (const std::string& statement : adapters::dbe::hostTableStatements()) tables += "; " + statement;
+  onServer(tables, "vorlage");
 }
 
 void Neighbourhood::onServer(const std::string& statement, const std::string& database) {
@@ -71,7 +76,7 @@ void Neighbourhood::onServer(const std::string& statement, const std::string& da
 }
 
 Place::Place(Neighbourhood& neighbourhood) : around(neighbourhood) {
-  adapters::createHostDatabase(directory / "host.db");
+  std::filesystem::copy_file(around.directory / "empty.db", directory / "host.db");
   std::filesystem::create_directories(directory / "images/00/000/00000");
   setIni("[ZKR]\r\nZKRNeu=1\r\n");
   writeBytes(directory / "orders",
@@ -121,8 +126,7 @@ void Place::onFile(const std::string& statements) {
 void Place::moveToServer() {
   static int number = 0;
   database_ = "host" + std::to_string(++number);
-  around.onServer("create database " + database_ + " owner argo");
-  for (const std::string& statement : adapters::dbe::hostTableStatements()) onDatabase("set role argo; " + statement);
+  around.onServer("create database " + database_ + " template vorlage owner argo");
   for (const auto& [setting, value] :
        std::initializer_list<std::pair<const char*, std::string>>{{"FS.ServerIP", "127.0.0.1"},
                                                                   {"FS.ServerPort", around.databasePort},
