@@ -23,7 +23,8 @@ struct Own;
 /// after `main` by the system.
 ///
 /// Texts are UTF-8. Results are 16-bit or 32-bit numbers of the database client library: 0 or more on success,
-/// negative on error.
+/// negative on error. -30001 stands for a commit during which the connection was lost and of which nobody can say
+/// whether it took place: look before you write again.
 class KARTIX_EXPORT DBETXTDatabase {
  public:
   /// A connection of the component that this process shares.

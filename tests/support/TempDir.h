@@ -9,10 +9,10 @@ namespace kartix::test {
 /// An empty directory that goes with this object.
 class TempDir {
  public:
-  TempDir() {
+  explicit TempDir(const std::filesystem::path& place = std::filesystem::temp_directory_path()) {
     std::random_device random;
     do {
-      path_ = std::filesystem::temp_directory_path() / ("kartix-" + std::to_string(random()));
+      path_ = place / ("kartix-" + std::to_string(random()));
     } while (!std::filesystem::create_directory(path_));
   }
   ~TempDir() {

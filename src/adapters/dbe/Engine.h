@@ -27,9 +27,9 @@ struct Failure {
   bool outcomeUnknown = false;  ///< the work may have been written all the same
 };
 
-/// One connection to a database engine. A transaction is open from `open` on; whatever ends it opens the next one. An
-/// open transaction that has written nothing keeps nobody from writing. What was not committed is rolled back when
-/// the connection goes.
+/// One connection to a database engine. A transaction is open from the first statement on, and again from the first
+/// after its end. An open transaction that has written nothing keeps nobody from writing. What was not committed is
+/// rolled back when the connection goes.
 class Connection {
  public:
   virtual ~Connection() = default;

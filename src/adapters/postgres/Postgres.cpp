@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <exception>
 #include <initializer_list>
 #include <string_view>
 #include <thread>
@@ -29,6 +30,7 @@ using Clock = std::chrono::steady_clock;
 /// nothing.
 constexpr const char* statementLimit = "set statement_timeout = 60000";
 constexpr std::chrono::seconds answerTime{70};
+constexpr std::chrono::seconds partingTime{2};
 
 /// How often a server is looked for after the connection was lost during a commit.
 constexpr std::chrono::milliseconds settlePause{200};
@@ -65,12 +67,23 @@ class PostgresConnection : public dbe::Connection {
         lastServer_(std::move(lastServer)),
         session_(std::move(session)) {}
 
+  /// A pooler hands a session on that is left in order, and ends any other.
+  ~PostgresConnection() override {
+    if (!connected(session_) || PQtransactionStatus(session_.get()) == PQTRANS_IDLE) return;
+    try {
+      answerTime_ = partingTime;
+      command("rollback");
+    } catch (const std::exception&) {
+      // The server rolls back what it hears no more of.
+    }
+  }
+
   std::optional<Failure> open(const std::string& name, const std::string& user,
                               const std::string& password) override {
     account_ = {name, user, password};
     if (auto failure = logInAsUser()) return failure;
     marks_ = !markOf().life.empty();
-    return begin();
+    return std::nullopt;
   }
 
   std::optional<Failure> run(const std::string& statement, dbe::RowSet& rows) override {
@@ -93,8 +106,6 @@ class PostgresConnection : public dbe::Connection {
       if (secured) command("release savepoint statement");
       written_ = written_ || !onlyRead;
     }
-    // What has succeeded stays so, whatever becomes of the next transaction.
-    begin();
     return error;
   }
 
@@ -151,7 +162,6 @@ class PostgresConnection : public dbe::Connection {
         std::this_thread::sleep_for(settlePause);
         continue;
       }
-      begin();
       if (*fate == Fate::written) return std::nullopt;
       lost.outcomeUnknown = *fate == Fate::unknown;
       return lost;
@@ -172,6 +182,8 @@ class PostgresConnection : public dbe::Connection {
     return rows[0] == "committed" && markOf().life == mark.life ? Fate::written : Fate::unknown;
   }
 
+  /// A transaction is open from the first statement on. Opened any earlier, it would only keep a pooler from handing
+  /// the session on.
   std::optional<Failure> begin() {
     if (!connected(session_)) return Failure{"Keine Verbindung zum Datenbankserver"};
     if (PQtransactionStatus(session_.get()) != PQTRANS_IDLE) return std::nullopt;
@@ -200,7 +212,7 @@ class PostgresConnection : public dbe::Connection {
       return failureOf(session_.get());
     }
     PQsetSingleRowMode(session_.get());
-    const auto deadline = Clock::now() + answerTime;
+    const auto deadline = Clock::now() + answerTime_;
     std::optional<Failure> error;
     for (;;) {
       if (!answerArrives(deadline)) {
@@ -261,6 +273,7 @@ class PostgresConnection : public dbe::Connection {
   }
 
   std::chrono::seconds settleTime_;
+  std::chrono::seconds answerTime_ = answerTime;
   dbe::Login where_;
   std::string applicationKey_;
   LastServer lastServer_;

@@ -5,6 +5,8 @@
 #include <chrono>
 #include <filesystem>
 #include <new>
+#include <random>
+#include <thread>
 
 #include "adapters/dbe/Engine.h"
 #include "common/Paths.h"
@@ -14,7 +16,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int busyMilliseconds = 5000;
+/// How long a statement waits for a file that another program writes to.
+constexpr std::chrono::seconds busyTime{15};
+constexpr int longestPause = 20;  ///< milliseconds between two looks at it
 constexpr std::chrono::seconds statementTime{60};
 /// Steps of a statement between two looks at the clock.
 constexpr int progressSteps = 10'000;
@@ -58,7 +62,6 @@ void harden(sqlite3* database) {
   sqlite3_limit(database, SQLITE_LIMIT_ATTACHED, 0);
   sqlite3_limit(database, SQLITE_LIMIT_SQL_LENGTH, longestStatement);
   sqlite3_limit(database, SQLITE_LIMIT_LENGTH, longestValue);
-  sqlite3_busy_timeout(database, busyMilliseconds);
 }
 
 /// Why `name` cannot be a database; empty when it can.
@@ -84,6 +87,9 @@ class SqliteConnection : public dbe::Connection {
     database_.reset(raw);
     if (opened != SQLITE_OK) return message();
     harden(raw);
+    sqlite3_busy_handler(
+        raw, [](void* self, int /*tries*/) { return static_cast<SqliteConnection*>(self)->waitAgain() ? 1 : 0; },
+        this);
     sqlite3_progress_handler(
         raw, progressSteps, [](void* self) { return static_cast<SqliteConnection*>(self)->overdue() ? 1 : 0; }, this);
     dbe::RowSet rows;
@@ -103,6 +109,12 @@ class SqliteConnection : public dbe::Connection {
   }
 
  private:
+  /// Waits for another's writing. Short pauses of uneven length let each of many have its turn.
+  bool waitAgain() {
+    if (Clock::now() - started_ > busyTime) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1 + static_cast<int>(random_() % longestPause)));
+    return true;
+  }
   bool overdue() const { return Clock::now() - started_ > statementTime; }
   dbe::Failure message() const { return {sqlite3_errmsg(database_.get())}; }
   bool command(const char* text) {
@@ -140,6 +152,7 @@ class SqliteConnection : public dbe::Connection {
 
   Database database_;
   Clock::time_point started_;
+  std::minstd_rand random_{std::random_device()()};
 };
 
 }  // namespace

@@ -7,8 +7,8 @@
 namespace kartix::adapters {
 
 /// The embedded host database: the name of a database is the path of its file, which must exist; server, users and
-/// passwords mean nothing. A statement waits five seconds for a file that another program writes to and ends after a
-/// minute.
+/// passwords mean nothing. A statement waits fifteen seconds for a file that another program writes to and ends after
+/// a minute.
 std::unique_ptr<platform::DbeLibrary> makeSqliteDbe();
 
 }  // namespace kartix::adapters
