@@ -1,7 +1,5 @@
 #include "common/Paths.h"
 
-#include <string>
-
 namespace kartix {
 namespace {
 
@@ -10,6 +8,11 @@ bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }  // namespace
 
 std::filesystem::path pathOf(std::string_view utf8) { return std::u8string(utf8.begin(), utf8.end()); }
+
+std::string utf8Of(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
 
 bool isForeignPath(std::string_view path) {
   using Path = std::filesystem::path;

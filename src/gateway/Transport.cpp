@@ -2,6 +2,7 @@
 #include <fstream>
 
 #include "common/CodePage.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 #include "gateway/KBAInterface.h"
 #include "platform/FileSystem.h"
@@ -141,11 +142,12 @@ bool KBAInterface::CheckHttpStatus(std::int32_t status, std::string_view errorTe
 std::string KBAInterface::FileToBase64(const std::string& path) {
   const auto found = runtime_.machine.files.findFile(path);
   if (!found) return {};
+  const std::filesystem::path name = pathOf(*found);
   std::error_code failure;
-  const std::uintmax_t size = std::filesystem::file_size(*found, failure);
+  const std::uintmax_t size = std::filesystem::file_size(name, failure);
   if (failure || size > fileSize) return {};
-  std::string bytes(size, '\0');
-  std::ifstream file(*found, std::ios::binary);
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  std::ifstream file(name, std::ios::binary);
   if (!file.read(bytes.data(), static_cast<std::streamsize>(size))) return {};
   return runtime_.machine.http.TESSELHTTPbase64encode(bytes);
 }

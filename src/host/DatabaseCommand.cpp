@@ -8,6 +8,7 @@
 #include "adapters/dbe/HostTables.h"
 #include "adapters/machine/Machine.h"
 #include "adapters/sqlite/HostDatabase.h"
+#include "common/Paths.h"
 #include "common/Scrambling.h"
 #include "common/Text.h"
 #include "host/Command.h"
@@ -46,7 +47,7 @@ class Settings {
 };
 
 void createFile(const std::string& file) {
-  adapters::createHostDatabase(file);
+  adapters::createHostDatabase(pathOf(file));
   std::cout << "Datenbank angelegt: " << file << '\n';
 }
 

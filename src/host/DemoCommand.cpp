@@ -14,6 +14,7 @@
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
 #include "adapters/system/System.h"
+#include "common/Paths.h"
 #include "component/Component.h"
 #include "component/Dispatch.h"
 #include "host/Command.h"
@@ -66,7 +67,7 @@ std::string valueOf(const Properties& properties, std::string_view name) {
 
 class Demonstration {
  public:
-  Demonstration(const fs::path& directory, const std::string& screenshots) : installation_(directory) {
+  Demonstration(const fs::path& directory, const fs::path& screenshots) : installation_(directory) {
     installation_.connectGateway(gateway_.port());
     if (!screenshots.empty()) {
       fs::create_directories(screenshots);
@@ -178,7 +179,7 @@ class Demonstration {
 int perform(const Options& options) {
   std::optional<TemporaryDirectory> temporary;
   if (options.directory.empty()) temporary.emplace();
-  Demonstration demonstration(temporary ? temporary->path() : fs::path(options.directory), options.screenshots);
+  Demonstration demonstration(temporary ? temporary->path() : pathOf(options.directory), pathOf(options.screenshots));
   const bool good = demonstration.play();
   if (!options.screenshots.empty()) std::cout << "\nPictures of the windows: " << options.screenshots << '\n';
   if (!options.directory.empty()) {

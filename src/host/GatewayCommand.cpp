@@ -9,6 +9,7 @@
 
 #include "adapters/system/System.h"
 #include "common/Numbers.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 #include "host/Command.h"
 #include "host/StateFile.h"
@@ -73,7 +74,7 @@ int serve(const Options& options) {
   simulator::SimulatorOptions wishes = simulatorOptions(options);
   const std::string host = options.listen.substr(0, options.listen.rfind(':'));
   const std::string scheme = wishes.tls ? "https://" : "http://";
-  const auto state = options.state.empty() ? nullptr : makeStateFile(options.state);
+  const auto state = options.state.empty() ? nullptr : makeStateFile(pathOf(options.state));
   wishes.state = state.get();
   adapters::system::keepEndRequests();
   try {

@@ -3,17 +3,16 @@
 #include <CLI/CLI.hpp>
 
 #include "adapters/machine/Machine.h"
+#include "common/Paths.h"
 
 namespace kartix::host {
 
 std::filesystem::path registryFile(const std::string& option) {
-  if (!option.empty()) return option;
+  if (!option.empty()) return pathOf(option);
   return adapters::machine::userStore();
 }
 
-std::string storeName(const std::filesystem::path& file) {
-  return file.empty() ? "Registrierung des Benutzers" : file.string();
-}
+std::string storeName(const std::filesystem::path& file) { return file.empty() ? "HKEY_CURRENT_USER" : utf8Of(file); }
 
 void addRegistryOption(CLI::App& command, std::string& option, Reader reader) {
   constexpr const char* english =

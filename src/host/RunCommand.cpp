@@ -14,6 +14,7 @@
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
 #include "common/LocalTimeText.h"
+#include "common/Paths.h"
 #include "component/Component.h"
 #include "component/Dispatch.h"
 #include "host/Command.h"
@@ -45,7 +46,7 @@ constexpr std::int32_t notCarriedOut = -1;
 std::ofstream openTranscript(const std::string& file) {
   std::ofstream out;
   if (file.empty()) return out;
-  out.open(file, std::ios::binary | std::ios::trunc);
+  out.open(pathOf(file), std::ios::binary | std::ios::trunc);
   if (!out) throw UsageError("the transcript cannot be written: " + file);
   return out;
 }
@@ -63,8 +64,9 @@ class Surroundings {
  public:
   explicit Surroundings(const Options& options)
       : recorded_(!options.transcript.empty()),
-        script_(options.script.empty() ? std::nullopt : std::optional(adapters::Script::load(options.script))),
-        scriptedObjects_(options.objects.empty() ? nullptr : adapters::loadScriptedObjects(options.objects)),
+        script_(options.script.empty() ? std::nullopt
+                                       : std::optional(adapters::Script::load(pathOf(options.script)))),
+        scriptedObjects_(options.objects.empty() ? nullptr : adapters::loadScriptedObjects(pathOf(options.objects))),
         file_(openTranscript(options.transcript)),
         transcript_(file_) {
     if (script_) {

@@ -1,6 +1,7 @@
 #include "host/Settings.h"
 
 #include "adapters/settings/Settings.h"
+#include "common/Paths.h"
 #include "common/Scrambling.h"
 #include "common/Text.h"
 #include "host/Command.h"
@@ -96,7 +97,7 @@ void removeValue(platform::Registry& registry, const Setting& setting) {
 void requireStore(const std::filesystem::path& file) {
   const std::string trouble = file.empty() ? "" : adapters::registryFileTrouble(file);
   if (!trouble.empty())
-    throw CommandFailure("Der Einstellungsspeicher " + file.string() + " liefert nichts: " + trouble);
+    throw CommandFailure("Der Einstellungsspeicher " + utf8Of(file) + " liefert nichts: " + trouble);
 }
 
 }  // namespace kartix::host

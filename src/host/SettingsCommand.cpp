@@ -13,6 +13,7 @@
 #include "adapters/machine/Machine.h"
 #include "adapters/settings/Settings.h"
 #include "adapters/system/System.h"
+#include "common/Paths.h"
 #include "common/Scrambling.h"
 #include "common/Text.h"
 #include "host/Command.h"
@@ -140,15 +141,15 @@ std::size_t copySettings(platform::Registry& from, platform::Registry& to) {
 }
 
 void importSettings(const Options& options) {
-  const std::size_t count = copySettings(*adapters::makeRegFile(options.file), *openStore(options));
+  const std::size_t count = copySettings(*adapters::makeRegFile(pathOf(options.file)), *openStore(options));
   if (count == 0)
     throw CommandFailure(options.file + " enthält keine Einstellungen von Kartix oder ist nicht lesbar");
   std::cout << count << " Einstellungen übernommen in " << storeName(registryFile(options.registry)) << '\n';
 }
 
 void exportSettings(const Options& options) {
-  if (std::filesystem::exists(options.file)) throw CommandFailure(options.file + " gibt es schon");
-  const std::size_t count = copySettings(*openStore(options), *adapters::makeRegFile(options.file));
+  if (std::filesystem::exists(pathOf(options.file))) throw CommandFailure(options.file + " gibt es schon");
+  const std::size_t count = copySettings(*openStore(options), *adapters::makeRegFile(pathOf(options.file)));
   if (count == 0) throw CommandFailure("Es gibt keine Einstellungen in " + storeName(registryFile(options.registry)));
   std::cout << count << " Einstellungen geschrieben nach " << options.file << '\n';
 }

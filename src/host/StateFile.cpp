@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "adapters/settings/AtomicFile.h"
+#include "common/Paths.h"
 #include "simulator/Failures.h"
 
 namespace kartix::host {
@@ -19,7 +20,7 @@ class StateFile final : public simulator::StateStore {
     constexpr std::size_t limit = std::size_t{64} << 20U;
     adapters::FileContent content = adapters::readFile(file_, limit);
     if (content.state == State::missing) return std::nullopt;
-    if (content.state != State::read) throw simulator::BadFile("the state file cannot be read: " + file_.string());
+    if (content.state != State::read) throw simulator::BadFile("the state file cannot be read: " + utf8Of(file_));
     return std::move(content.bytes);
   }
 
@@ -31,7 +32,7 @@ class StateFile final : public simulator::StateStore {
 
 }  // namespace
 
-std::unique_ptr<simulator::StateStore> makeStateFile(const std::string& file) {
+std::unique_ptr<simulator::StateStore> makeStateFile(const std::filesystem::path& file) {
   return std::make_unique<StateFile>(file);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
-#include <string>
 
 #include "simulator/StateStore.h"
 
@@ -9,6 +9,6 @@ namespace kartix::host {
 
 /// The simulator's books in a file, at most 64 MiB. A new one is readable by its owner only; whoever reads it while
 /// it is replaced finds the old or the new content.
-std::unique_ptr<simulator::StateStore> makeStateFile(const std::string& file);
+std::unique_ptr<simulator::StateStore> makeStateFile(const std::filesystem::path& file);
 
 }  // namespace kartix::host

@@ -1,8 +1,10 @@
 #include "runtime/Trace.h"
 
+#include <cstdio>
 #include <filesystem>
 
 #include "common/CodePage.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 
 namespace kartix {
@@ -11,7 +13,7 @@ namespace {
 constexpr std::string_view separator = "************************************************************";
 
 /// A new file is made for its owner alone before anything is written to it.
-void restrictToOwner(const std::string& path) {
+void restrictToOwner(const std::filesystem::path& path) {
   namespace fs = std::filesystem;
   std::error_code ignored;
   fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write, ignored);
@@ -20,7 +22,7 @@ void restrictToOwner(const std::string& path) {
 /// A line on its way to the file, piece by piece through a buffer of fixed size: no line needs memory.
 class AnsiLine {
  public:
-  explicit AnsiLine(std::FILE& file) : file_(file) {}
+  explicit AnsiLine(std::streambuf& file) : file_(file) {}
 
   void addTime(const platform::LocalTime& t) {
     std::array<char, 80> text{};
@@ -38,13 +40,14 @@ class AnsiLine {
 
   /// False when the file did not take all of the line up to here.
   bool flush() {
-    if (std::fwrite(buffer_.data(), 1, size_, &file_) != size_) taken_ = false;
+    const auto size = static_cast<std::streamsize>(size_);
+    if (file_.sputn(buffer_.data(), size) != size) taken_ = false;
     size_ = 0;
     return taken_;
   }
 
  private:
-  std::FILE& file_;
+  std::streambuf& file_;
   std::array<char, 4096> buffer_{};
   std::size_t size_ = 0;
   bool taken_ = true;
@@ -57,20 +60,20 @@ bool Trace::open(const std::string& file, std::int16_t level) {
   path_ = file;
   level_ = level;
   if (file.empty()) return false;
+  const std::filesystem::path path = pathOf(file);
   std::error_code ignored;
-  const bool existed = std::filesystem::exists(file, ignored);
+  const bool existed = std::filesystem::exists(path, ignored);
   const std::lock_guard lock(guard_);
-  file_.reset(std::fopen(file.c_str(), "wb"));
-  if (!file_) return false;
-  if (!existed) restrictToOwner(file);
-  std::setvbuf(file_.get(), nullptr, _IONBF, 0);
+  file_.pubsetbuf(nullptr, 0);  // each line reaches the system at once
+  if (!file_.open(path, std::ios::out | std::ios::trunc | std::ios::binary)) return false;
+  if (!existed) restrictToOwner(path);
   return true;
 }
 
 void Trace::close() {
   on_ = false;
   const std::lock_guard lock(guard_);
-  file_.reset();
+  file_.close();
 }
 
 void Trace::write(std::initializer_list<std::string_view> parts) noexcept {
@@ -86,8 +89,8 @@ void Trace::write(std::initializer_list<std::string_view> parts) noexcept {
 /// False when the line could not be written.
 bool Trace::put(std::initializer_list<std::string_view> parts) {
   const std::lock_guard lock(guard_);
-  if (!file_) return true;
-  AnsiLine line(*file_);
+  if (!file_.is_open()) return true;
+  AnsiLine line(file_);
   line.addTime(clock_.now());
   for (const std::string_view part : parts) line.add(part);
   line.add("\r\n");

@@ -6,10 +6,9 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
+#include <fstream>
 #include <functional>
 #include <initializer_list>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -38,7 +37,7 @@ class Trace {
 
   /// Opens `file` anew for lines up to `level`. False when that is not possible. Lines are written from `start` on.
   bool open(const std::string& file, std::int16_t level);
-  void start() { on_ = file_ != nullptr; }
+  void start() { on_ = file_.is_open(); }
   void close();
   bool TraceOn() const { return on_; }
   /// Path of the file opened last.
@@ -82,10 +81,6 @@ class Trace {
   void TraceRefusal(std::string_view call, std::string_view reason) noexcept;
 
  private:
-  struct Close {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-
   /// A number as text, without a string.
   class Digits {
    public:
@@ -106,7 +101,7 @@ class Trace {
 
   platform::Clock& clock_;
   std::mutex guard_;  ///< of `file_`
-  std::unique_ptr<std::FILE, Close> file_;
+  std::filebuf file_;
   std::string path_;
   std::atomic<std::int16_t> level_ = 0;
   std::atomic<bool> on_ = false;

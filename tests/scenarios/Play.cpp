@@ -21,6 +21,7 @@
 #include "scenarios/HostData.h"
 #include "scenarios/Pictures.h"
 #include "support/Files.h"
+#include "support/HeldFile.h"
 #include "support/TestMachine.h"
 
 namespace kartix::test {
@@ -163,6 +164,7 @@ Installation::Installation(const Json& scenario, LoopbackServer::Script gateway)
   writeSettings();
   for (const auto& [name, picture] : part(scenario_, "pictures").items()) makePicture(directory_ / name, picture);
   for (const auto& [name, content] : part(scenario_, "files").items()) writeBytes(directory_ / name, content);
+  if (scenario_.contains("held")) held_ = hold(directory_ / scenario_["held"].get<std::string>());
 }
 
 void Installation::startGateway(const Json& gateway, LoopbackServer::Script script) {

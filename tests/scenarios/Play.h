@@ -72,6 +72,7 @@ class Installation {
   std::optional<TestAuthority> authority_;
   std::unique_ptr<LoopbackServer> gateway_;
   std::unique_ptr<ConnectProxy> proxy_;
+  std::shared_ptr<void> held_;
   Json names_;
   Json scenario_;
 };

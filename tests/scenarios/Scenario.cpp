@@ -13,9 +13,9 @@ namespace fs = std::filesystem;
 
 /// Keys of a scenario and of the objects in it.
 const std::map<std::string, std::vector<std::string>> knownKeys = {
-    {"scenario", {"about",    "operation", "person", "lfdnr",    "clerk",  "before",    "now",
-                  "settings", "ini",       "files",  "pictures", "rows",   "sql",       "gateway",
-                  "replies",  "setup",     "script", "objects",  "expect", "sqliteOnly"}},
+    {"scenario", {"about",    "system", "operation", "person",   "lfdnr",  "clerk",     "before", "now",
+                  "settings", "ini",    "files",     "pictures", "held",   "rows",      "sql",    "gateway",
+                  "replies",  "setup",  "script",    "objects",  "expect", "sqliteOnly"}},
     {"expect",
      {"init", "result", "properties", "messages", "windows", "ready", "requests", "tunnels", "calls", "progress",
       "sounds", "settings", "ini", "trace", "traceHas", "book", "pictures"}},
@@ -30,6 +30,12 @@ void checkKeys(const Json& object, const std::string& kind) {
       throw BadScenario("unknown key in " + kind + ": " += key);
     if (knownKeys.contains(key)) checkKeys(value, key);
   }
+}
+
+/// False for what another kind of system alone can show.
+bool isForThisSystem(const Json& scenario) {
+  const std::string here = fs::path::preferred_separator == '/' ? "posix" : "windows";
+  return scenario.value("system", here) == here;
 }
 
 /// `content` laid over what it extends.
@@ -60,6 +66,7 @@ void loadFile(const fs::path& file, std::vector<Scenario>& scenarios) {
       Scenario scenario{caseName.empty() ? name : name + "__" + testName(caseName), content, ""};
       scenario.content.merge_patch(difference);
       checkKeys(scenario.content, "scenario");
+      if (!isForThisSystem(scenario.content)) continue;
       if (part(scenario.content, "about").empty()) throw BadScenario("\"about\" does not say what must hold");
       if (part(scenario.content, "expect").empty()) throw BadScenario("nothing is expected");
       scenarios.push_back(std::move(scenario));

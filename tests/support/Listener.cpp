@@ -73,7 +73,7 @@ void Listener::stop() {
   {
     const std::scoped_lock lock(mutex_);
     stopped_ = true;
-    for (const int socket : open_) ::shutdown(socket, SHUT_RDWR);
+    for (const int socket : open_) endConnection(socket);
   }
   if (!ended_) endListening(socket_);
   ended_ = true;
@@ -85,7 +85,7 @@ void Listener::stop() {
 void Listener::remember(int socket) {
   const std::scoped_lock lock(mutex_);
   open_.push_back(socket);
-  if (stopped_) ::shutdown(socket, SHUT_RDWR);
+  if (stopped_) endConnection(socket);
 }
 
 void Listener::forget(int socket) {

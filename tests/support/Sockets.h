@@ -6,11 +6,11 @@
 
 #include <winsock2.h>
 #include <ws2tcpip.h>
+#include <windows.h>
 
 inline constexpr int MSG_NOSIGNAL = 0;
 inline constexpr int SOCK_CLOEXEC = 0;
 inline constexpr int SHUT_WR = SD_SEND;
-inline constexpr int SHUT_RDWR = SD_BOTH;
 
 namespace kartix::test {
 
@@ -24,6 +24,11 @@ inline int acceptSocket(int socket) {
 }
 /// Wakes whoever waits for connections.
 inline void endListening(int socket) { closeSocket(socket); }
+/// Ends both directions, and wakes whoever reads.
+inline void endConnection(int socket) {
+  ::shutdown(static_cast<SOCKET>(socket), SD_BOTH);
+  ::CancelIoEx(reinterpret_cast<HANDLE>(static_cast<SOCKET>(socket)), nullptr);
+}
 inline void forgetListening(int) {}
 inline void blockPipeSignal() {}
 
@@ -45,6 +50,8 @@ inline void closeSocket(int socket) { ::close(socket); }
 inline int acceptSocket(int socket) { return ::accept4(socket, nullptr, nullptr, SOCK_CLOEXEC); }
 /// Wakes whoever waits for connections.
 inline void endListening(int socket) { ::shutdown(socket, SHUT_RDWR); }
+/// Ends both directions, and wakes whoever reads.
+inline void endConnection(int socket) { ::shutdown(socket, SHUT_RDWR); }
 inline void forgetListening(int socket) { closeSocket(socket); }
 
 /// A peer that is gone must not end the test program; the client's own threads keep their handling.

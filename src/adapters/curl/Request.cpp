@@ -11,6 +11,7 @@
 #include "adapters/curl/Errors.h"
 #include "adapters/curl/Options.h"
 #include "common/Numbers.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 
 namespace kartix::adapters {
@@ -228,7 +229,7 @@ std::int32_t Request::perform(Handle& handle) {
   const HeaderList headers = requestHeaders();
   HeaderList proxyHeaders(nullptr, curl_slist_free_all);
   add(proxyHeaders, "Proxy-Connection:");
-  TlsExtras extras{&handle, options_.caFile.string()};
+  TlsExtras extras{&handle, utf8Of(options_.caFile)};
 
   exchange_->attach(easy);
   setOption(easy, CURLOPT_FRESH_CONNECT, handle.permission.reuse ? 0L : 1L);

@@ -120,6 +120,13 @@ Handle open(const WideName& name, DWORD access, DWORD creation, SECURITY_ATTRIBU
   return Handle(CreateFileW(name.data(), access, shared, rights, creation, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+/// Why the last attempt to open failed; the system takes a folder for a question of rights.
+std::error_code openFailure(const WideName& name) noexcept {
+  const std::error_code failure = systemError();
+  const DWORD kind = GetFileAttributesW(name.data());
+  return kind != INVALID_FILE_ATTRIBUTES && (kind & FILE_ATTRIBUTE_DIRECTORY) != 0 ? invalid() : failure;
+}
+
 }  // namespace
 
 std::error_code appendDurably(const std::string& path, std::string_view line) noexcept {
@@ -128,7 +135,7 @@ std::error_code appendDurably(const std::string& path, std::string_view line) no
   OwnerOnly rights;
   if (!rights.valid()) return systemError();
   const Handle file = open(name, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS, rights.get());
-  if (!file.valid()) return systemError();
+  if (!file.valid()) return openFailure(name);
   if (GetFileType(file) != FILE_TYPE_DISK) return invalid();
   if (const std::error_code failure = lock(file)) return failure;
   const std::error_code failure = write(file, line);
@@ -142,7 +149,7 @@ std::error_code readWholeLines(const std::string& path, std::size_t longest,
   WideName name;
   if (!widen(path, name)) return invalid();
   const Handle file = open(name, GENERIC_READ, OPEN_EXISTING, nullptr);
-  if (!file.valid()) return GetLastError() == ERROR_FILE_NOT_FOUND ? std::error_code() : systemError();
+  if (!file.valid()) return GetLastError() == ERROR_FILE_NOT_FOUND ? std::error_code() : openFailure(name);
   if (GetFileType(file) != FILE_TYPE_DISK) return invalid();
   std::array<char, 65536> buffer;
   LineSplitter lines(longest, take);

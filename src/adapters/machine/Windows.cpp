@@ -18,7 +18,11 @@ std::unique_ptr<platform::Registry> makeRegistry(const std::filesystem::path& fi
 /// Empty unless the environment names a file: settings stand where installations have them.
 std::filesystem::path userStore() { return userRegistryFile(); }
 
-std::unique_ptr<platform::ProfileFiles> makeProfileFiles() { return makeWindowsProfileFiles(); }
+/// The system's calls write with the code page of the process. Where that is another one than the files have, they
+/// are read and written without it.
+std::unique_ptr<platform::ProfileFiles> makeProfileFiles() {
+  return profileCallsKeepBytes() ? makeWindowsProfileFiles() : makeIniFiles();
+}
 std::unique_ptr<platform::DbeLibrary> makeDbe() { return makeDbeChooser(makeSqliteDbe(), makeInstalledDbe()); }
 std::unique_ptr<platform::ImageLibrary> makeImages() { return makeWicImages(); }
 std::unique_ptr<platform::SoundPlayer> makeSounds() { return makeEventSounds(); }

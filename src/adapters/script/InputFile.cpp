@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "adapters/script/Script.h"
+#include "common/Paths.h"
 
 namespace kartix::adapters {
 namespace {
@@ -16,7 +17,7 @@ constexpr int deepestNesting = 8;
 }  // namespace
 
 std::string readInputFile(const std::filesystem::path& file) {
-  const std::string name = file.string();
+  const std::string name = utf8Of(file);
   std::error_code error;  // whatever else is wrong with the file shows when it is opened
   if (std::filesystem::is_directory(file, error)) throw BadInput(name + ": is a directory");
   std::ifstream in(file, std::ios::binary);

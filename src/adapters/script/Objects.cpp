@@ -5,6 +5,7 @@
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
+#include "common/Paths.h"
 #include "common/Values.h"
 
 namespace kartix::adapters {
@@ -186,7 +187,7 @@ std::unique_ptr<ObjectClasses> loadScriptedObjects(const std::filesystem::path& 
   try {
     return makeScriptedObjects(content);
   } catch (const BadInput& error) {
-    throw BadInput(file.string() + ": " + error.what());
+    throw BadInput(utf8Of(file) + ": " + error.what());
   }
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "adapters/script/InputFile.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 
 namespace kartix::adapters {
@@ -128,7 +129,7 @@ Script Script::load(const std::filesystem::path& file) {
   try {
     return parse(content);
   } catch (const BadInput& error) {
-    throw BadInput(file.string() + ": " + error.what());
+    throw BadInput(utf8Of(file) + ": " + error.what());
   }
 }
 

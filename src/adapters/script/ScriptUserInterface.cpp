@@ -8,6 +8,7 @@
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 #include "platform/Stage.h"
 #include "platform/forms/Form.h"
@@ -233,8 +234,7 @@ std::function<std::string(const forms::Form&)> picturesIn(std::filesystem::path 
     if (!seen.insert(form.name()).second) return {};
     const std::string number = std::to_string(seen.size());
     const std::string file = (number.size() < 2 ? "0" + number : number) + "-" + form.name() + ".png";
-    const auto path = (dir / file).u8string();
-    return {path.begin(), path.end()};
+    return utf8Of(dir / file);
   };
 }
 

@@ -10,13 +10,14 @@
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
 #include "common/LocalTimeText.h"
+#include "common/Paths.h"
 
 namespace kartix::adapters {
 
 /// One play with all that belongs to it.
 class TestClerk::Performance {
  public:
-  Performance(Machine& machine, const Play& play) : name_(play.script.string()) {
+  Performance(Machine& machine, const Play& play) : name_(utf8Of(play.script)) {
     try {
       prepare(machine, play);
     } catch (const BadInput& error) {
@@ -64,7 +65,7 @@ class TestClerk::Performance {
   void prepare(const Machine& machine, const Play& play) {
     if (!play.transcript.empty()) {
       file_.open(play.transcript, std::ios::binary | std::ios::trunc);
-      if (!file_) throw BadInput("the transcript cannot be written: " + play.transcript.string());
+      if (!file_) throw BadInput("the transcript cannot be written: " + utf8Of(play.transcript));
       recorded_ = true;
     }
     if (!play.now.empty()) {

@@ -8,6 +8,7 @@
 
 #include "adapters/dbe/HostTables.h"
 #include "adapters/sqlite/FreshFile.h"
+#include "common/Paths.h"
 
 namespace kartix::adapters {
 namespace {
@@ -17,12 +18,12 @@ struct CloseDatabase {
 };
 
 std::runtime_error failure(const std::filesystem::path& path, const std::string& reason) {
-  return std::runtime_error(path.string() + ": " + reason);
+  return std::runtime_error(utf8Of(path) + ": " + reason);
 }
 
 void makeTables(const std::filesystem::path& file, const std::filesystem::path& target) {
   sqlite3* raw = nullptr;
-  const int opened = sqlite3_open_v2(file.string().c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
+  const int opened = sqlite3_open_v2(utf8Of(file).c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
   const std::unique_ptr<sqlite3, CloseDatabase> database(raw);
   if (opened != SQLITE_OK) throw failure(target, sqlite3_errstr(opened));
   std::string script = "begin;";

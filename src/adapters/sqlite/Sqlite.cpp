@@ -83,7 +83,7 @@ class SqliteConnection : public dbe::Connection {
     if (const std::string trouble = pathTrouble(name, path); !trouble.empty()) return dbe::Failure{trouble};
     if (error) return dbe::Failure{error.message()};
     sqlite3* raw = nullptr;
-    const int opened = sqlite3_open_v2(path.string().c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
+    const int opened = sqlite3_open_v2(utf8Of(path).c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
     database_.reset(raw);
     if (opened != SQLITE_OK) return message();
     harden(raw);

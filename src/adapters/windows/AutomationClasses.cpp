@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "adapters/windows/Apartment.h"
 #include "adapters/windows/Variants.h"
 #include "adapters/windows/Wide.h"
 #include "adapters/windows/Windows.h"
@@ -15,27 +16,13 @@ namespace kartix::adapters {
 namespace {
 
 using platform::AutomationError;
+using windows::Apartment;
 using windows::narrow;
 using windows::systemText;
 using windows::Variant;
 using windows::wide;
 
 std::string textOf(HRESULT failure) { return systemText(static_cast<unsigned long>(failure)); }
-
-/// The thread's apartment, kept for as long as somebody needs it: mostly the host's, else one of our own.
-class Apartment {
- public:
-  // A thread that the host has put into the apartment for many threads stays there, and can be worked with.
-  Apartment() : own_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
-  ~Apartment() {
-    if (own_) CoUninitialize();
-  }
-  Apartment(const Apartment&) = delete;
-  Apartment& operator=(const Apartment&) = delete;
-
- private:
-  bool own_;
-};
 
 struct Release {
   void operator()(IUnknown* object) const { object->Release(); }

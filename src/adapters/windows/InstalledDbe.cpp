@@ -33,6 +33,10 @@ class InstalledDbe final : public platform::DbeLibrary {
     return library_ ? library_->DBE_Initialize() : failed;
   }
 
+  std::string failureReason() const override {
+    return library_ ? std::string() : "DBETXT32.DLL wurde nicht gefunden oder ist nicht vollständig";
+  }
+
   std::int16_t DBE_Connect(std::int16_t client, std::int16_t mode, std::string_view server, std::string_view port,
                            std::string_view user, std::string_view password) override {
     if (!library_) return failed;

@@ -9,6 +9,8 @@
 #include <string_view>
 
 #include "adapters/images/Completeness.h"
+#include "adapters/windows/Apartment.h"
+#include "common/Paths.h"
 
 namespace kartix::adapters::windows {
 namespace {
@@ -27,20 +29,6 @@ Held<T> held(Make make) {
   Held<T> owner(made);
   return FAILED(result) ? Held<T>() : std::move(owner);
 }
-
-/// The calling thread's apartment, for as long as pictures are worked on.
-class Apartment {
- public:
-  Apartment() : own_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
-  ~Apartment() {
-    if (own_) CoUninitialize();
-  }
-  Apartment(const Apartment&) = delete;
-  Apartment& operator=(const Apartment&) = delete;
-
- private:
-  bool own_;
-};
 
 Held<IWICImagingFactory> makeFactory() {
   return held<IWICImagingFactory>([](auto made) {
@@ -69,7 +57,7 @@ const char* formatOf(std::string_view bytes) {
 
 std::optional<std::string> readFile(const std::string& name) {
   constexpr std::uintmax_t largest = std::uintmax_t{64} << 20U;
-  const std::filesystem::path file(name);
+  const std::filesystem::path file = pathOf(name);
   std::error_code error;
   // A pipe or a device could hold up the caller.
   if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
@@ -149,9 +137,7 @@ Pixels::Pixels(int wide, int high, int parts)
 images::View Pixels::view() const {
   return {bytes.data(), std::ptrdiff_t{width} * channels, width, height, channels};
 }
-images::Target Pixels::target() {
-  return {bytes.data(), std::ptrdiff_t{width} * channels, width, height, channels};
-}
+images::Target Pixels::target() { return {bytes.data(), std::ptrdiff_t{width} * channels, width, height, channels}; }
 
 std::optional<WicFile> WicFile::read(const std::string& file) {
   auto bytes = readFile(file);
@@ -187,8 +173,7 @@ std::optional<std::string> encodeJpeg(const Pixels& pixels, int horizontal, int 
       [&](auto made) { return factory->CreateEncoder(GUID_ContainerFormatJpeg, nullptr, made); });
   if (!encoder || FAILED(encoder->Initialize(memory.get(), WICBitmapEncoderNoCache))) return std::nullopt;
   IPropertyBag2* options = nullptr;
-  const auto frame =
-      held<IWICBitmapFrameEncode>([&](auto made) { return encoder->CreateNewFrame(made, &options); });
+  const auto frame = held<IWICBitmapFrameEncode>([&](auto made) { return encoder->CreateNewFrame(made, &options); });
   const Held<IPropertyBag2> wishes(options);
   if (!frame) return std::nullopt;
   if (wishes) {
@@ -218,8 +203,7 @@ std::optional<std::string> encodeJpeg(const Pixels& pixels, int horizontal, int 
       FAILED(frame->SetResolution(dots(horizontal), dots(vertical))) || FAILED(frame->SetPixelFormat(&format)) ||
       FAILED(converter->Initialize(bitmap.get(), format, WICBitmapDitherTypeNone, nullptr, 0,
                                    WICBitmapPaletteTypeCustom)) ||
-      FAILED(frame->WriteSource(converter.get(), nullptr)) || FAILED(frame->Commit()) ||
-      FAILED(encoder->Commit())) {
+      FAILED(frame->WriteSource(converter.get(), nullptr)) || FAILED(frame->Commit()) || FAILED(encoder->Commit())) {
     return std::nullopt;
   }
   STATSTG state{};

@@ -7,6 +7,7 @@
 #include "adapters/settings/Settings.h"
 #include "adapters/sqlite/HostDatabase.h"
 #include "common/Dates.h"
+#include "common/Paths.h"
 #include "common/Scrambling.h"
 #include "common/Text.h"
 #include "component/Component.h"
@@ -100,14 +101,14 @@ void removeEarlier(const fs::path& directory) {
   for (const char* name : {"registry.reg", "kartix.ini", "host.db", "images", "transcripts"}) {
     const fs::path file = directory / name;
     if (!ours && fs::exists(file)) {
-      throw CommandFailure(file.string() + " is not of an earlier demonstration: name another directory");
+      throw CommandFailure(utf8Of(file) + " is not of an earlier demonstration: name another directory");
     }
     fs::remove_all(file);
   }
 }
 
 void mark(const fs::path& directory) {
-  if (!std::ofstream(directory / marker)) throw CommandFailure(directory.string() + ": cannot be written");
+  if (!std::ofstream(directory / marker)) throw CommandFailure(utf8Of(directory) + ": cannot be written");
 }
 
 }  // namespace
@@ -130,12 +131,12 @@ void DemoInstallation::set(const char* setting, const std::string& value) const 
 }
 
 void DemoInstallation::setAgain() const {
-  set("FS.DBName", (directory_ / "host.db").string());
+  set("FS.DBName", utf8Of(directory_ / "host.db"));
   set("ZKR.ZEVISPass", std::string(simulator::samplePassword));
 }
 
 void DemoInstallation::writeSettings() const {
-  set("InfoDatei", (directory_ / "kartix.ini").string());
+  set("InfoDatei", utf8Of(directory_ / "kartix.ini"));
   setAgain();
   set("ZKR.KENZA", std::string(simulator::sampleAuthorityKey));
   set("ZKR.ZPPER", "argo-köln-17");
@@ -147,7 +148,7 @@ void DemoInstallation::writeSettings() const {
   set("ZKR.ZEVISUserName", "kartix");
   set("ZKR.AllowPassChange", "1");
   set("ZEVIS.ZEVISAuthURI", simulator::paths::login);
-  set("KODSImageDir", (directory_ / "images").string());
+  set("KODSImageDir", utf8Of(directory_ / "images"));
 }
 
 void DemoInstallation::connectGateway(int port) {
@@ -160,7 +161,7 @@ void DemoInstallation::execute(const std::string& statement) const {
   setup.registryFile = registryFile();
   Component component(setup);
   auto database = Own::of<DBETXTDatabase>(component.runtime());
-  if (!database.init("", "", "", "", (directory_ / "host.db").string(), "", "") ||
+  if (!database.init("", "", "", "", utf8Of(directory_ / "host.db"), "", "") ||
       database.executeSQL(statement, true) != 0) {
     throw CommandFailure("the host database refuses: " + statement);
   }
@@ -180,7 +181,7 @@ void DemoInstallation::writeImages() const {
   for (const simulator::SamplePerson& person : simulator::samplePersons()) {
     runtime.konfiguration.GetImageDir(person.personennummer);
     const std::string stem = runtime.machine.files.nativePath(runtime.konfiguration.ImageDir);
-    fs::create_directories(fs::path(stem).parent_path());
+    fs::create_directories(pathOf(stem).parent_path());
     writeSamplePhoto(stem + ".JP0");
     writeSampleSignature(stem + ".JP1");
   }

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <span>
 
+#include "common/Paths.h"
 #include "host/Command.h"
 
 // The files in images/, made part of the program when it is built.
@@ -16,7 +17,7 @@ namespace kartix::host {
 namespace {
 
 void write(std::span<const unsigned char> image, const std::string& file) {
-  std::ofstream out(std::filesystem::path(file), std::ios::binary);
+  std::ofstream out(pathOf(file), std::ios::binary);
   for (const unsigned char byte : image) out.put(static_cast<char>(byte));
   if (!out.flush()) throw CommandFailure(file + ": cannot be written");
 }

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 #include <oaidl.h>
+#include <psapi.h>
 
 #include <array>
 #include <atomic>
@@ -23,6 +24,8 @@ namespace {
 using namespace kartix;
 using automation::fromBstr;
 using automation::fromWide;
+
+constexpr const char* usageName = "KartixTest.Usage";
 
 /// The component that the objects exchange with, in a session of its own.
 Component& component() {
@@ -94,6 +97,30 @@ class Object final : public Counted {
   std::vector<std::string> names_;
 };
 
+/// What the process holds, so that hosts can look whether it grows: `Handles`, and `WorkingSet` in kB.
+class Usage final : public Counted {
+ public:
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+    *ids = fromWide(names[0]) == "Handles" ? handles : workingSet;
+    return S_OK;
+  }
+
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
+                                   UINT*) override {
+    DWORD count = 0;
+    PROCESS_MEMORY_COUNTERS memory{};
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+    result->vt = VT_I4;
+    result->lVal = static_cast<LONG>(id == handles ? count : memory.WorkingSetSize / 1024);
+    return S_OK;
+  }
+
+ private:
+  static constexpr DISPID handles = 1;
+  static constexpr DISPID workingSet = 2;
+};
+
 class Factory final : public IClassFactory {
  public:
   explicit Factory(std::string progId) : progId_(std::move(progId)) {}
@@ -107,7 +134,7 @@ class Factory final : public IClassFactory {
   }
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID wanted, void** object) override {
     try {
-      auto* const made = new Object(progId_);
+      Counted* const made = progId_ == usageName ? new Usage : static_cast<Counted*>(new Object(progId_));
       const HRESULT result = made->QueryInterface(wanted, object);
       made->Release();
       return result;
