@@ -20,3 +20,4 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
 # What is delivered needs nothing but the system's own libraries.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
+set(CMAKE_MODULE_LINKER_FLAGS_INIT -static)
