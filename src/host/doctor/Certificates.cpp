@@ -16,6 +16,8 @@
 #include <memory>
 #include <optional>
 
+#include "common/Paths.h"
+
 namespace kartix::host {
 namespace {
 
@@ -35,7 +37,8 @@ struct Release {
 template <class T>
 using Held = std::unique_ptr<T, Release>;
 
-std::optional<std::string> readSmallFile(const std::string& file) {
+std::optional<std::string> readSmallFile(const std::string& name) {
+  const std::filesystem::path file = pathOf(name);
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error) || std::filesystem::file_size(file, error) > largestFile) {
     return std::nullopt;
@@ -72,7 +75,7 @@ std::string setFile(const char* setting) { return std::string("kartix settings s
 
 Finding unreadable(const char* setting, const std::string& what, const std::string& file) {
   std::error_code error;
-  if (!std::filesystem::exists(file, error)) {
+  if (!std::filesystem::exists(pathOf(file), error)) {
     return area.fault(setting, what + "fehlt: " + file, setFile(setting));
   }
   return area.fault(setting, what + "nicht lesbar: " + file,

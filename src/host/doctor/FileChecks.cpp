@@ -85,7 +85,7 @@ Findings checkIniFile(const std::string& name) {
         setting,
         "Die Ini-Datei ist nicht beschreibbar: " + name +
             "; jeder Beginn meldet sich neu an, und ein geändertes Passwort geht verloren",
-        "diesem Benutzer das Schreiben in " + folderOf(file).string() + " erlauben, oder " + setPath(setting))};
+        "diesem Benutzer das Schreiben in " + utf8Of(folderOf(file)) + " erlauben, oder " + setPath(setting))};
   }
   if (exists) return {};
   return {area.note(setting, "Die Ini-Datei fehlt noch: " + name, "anlegen, oder " + setPath(setting))};
@@ -98,7 +98,7 @@ Findings checkTraceFile(const std::string& name) {
   std::error_code error;
   if (!fs::is_directory(folder, error)) {
     return {area.fault(setting, "ZFER.DebugFile liegt in einem Verzeichnis, das es nicht gibt: " + name,
-                       "mkdir -p " + asArgument(folder.string()) + ", oder " + setPath(setting))};
+                       "mkdir -p " + asArgument(utf8Of(folder)) + ", oder " + setPath(setting))};
   }
   const bool exists = fs::exists(file, error);
   const bool writable =
@@ -111,7 +111,7 @@ Findings checkTraceFile(const std::string& name) {
 /// A folder of persons, by its number: beside those a file system may keep folders of its own.
 bool holdsPersons(const fs::directory_entry& entry) {
   std::error_code error;
-  return text::allDigits(entry.path().filename().string()) && entry.is_directory(error);
+  return text::allDigits(utf8Of(entry.path().filename())) && entry.is_directory(error);
 }
 
 /// The first folder of persons in `directory`; empty when there is none, or none to be seen.
@@ -157,22 +157,22 @@ Findings checkImages(Installation& installation, const Findings& known) {
   const fs::path directory = pathOf(adapters::makeFiles()->nativePath(root));
   std::error_code error;
   if (!fs::is_directory(directory, error)) {
-    return {images.fault(setting, "Es gibt kein Verzeichnis " + directory.string(),
+    return {images.fault(setting, "Es gibt kein Verzeichnis " + utf8Of(directory),
                          "verfügbar machen (einhängen), oder " + setPath(setting))};
   }
   const fs::path leaf = firstLeaf(directory);
   if (!takesFiles(leaf)) {
     return {images.fault(
         setting,
-        "Das Bildverzeichnis ist nicht beschreibbar: " + leaf.string() +
+        "Das Bildverzeichnis ist nicht beschreibbar: " + utf8Of(leaf) +
             "; Bilder können für eine Bestellung nicht vorbereitet werden",
         "diesem Benutzer das Schreiben in den Verzeichnissen der Personen erlauben, oder " + setPath(setting))};
   }
   if (leaf != directory && !takesFiles(directory)) {
-    return {images.note(setting, "In der Wurzel der Bilder kann nichts angelegt werden: " + directory.string(),
+    return {images.note(setting, "In der Wurzel der Bilder kann nichts angelegt werden: " + utf8Of(directory),
                         "richtig so, wenn die Fachanwendung die Verzeichnisse der Personen anlegt")};
   }
-  return {images.good("Verzeichnis " + directory.string())};
+  return {images.good("Verzeichnis " + utf8Of(directory))};
 }
 
 Findings checkOrderBook(Installation& installation, const Findings& known) {
@@ -190,7 +190,7 @@ Findings checkOrderBook(Installation& installation, const Findings& known) {
   const bool exists = fs::exists(file, error);
   if (!(exists ? adapters::system::canWrite(file) : takesFiles(folderOf(file)))) {
     return {orders.fault(setting, "ist nicht beschreibbar: " + book.path() + "; nichts kann gesendet werden",
-                         "diesem Benutzer das Schreiben in " + (exists ? file : folderOf(file)).string() +
+                         "diesem Benutzer das Schreiben in " + utf8Of(exists ? file : folderOf(file)) +
                              " erlauben, oder " + setPath(setting))};
   }
   const auto unclear =

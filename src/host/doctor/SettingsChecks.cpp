@@ -4,6 +4,7 @@
 #include "adapters/settings/Settings.h"
 #include "adapters/system/System.h"
 #include "common/Numbers.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 #include "host/Installation.h"
 #include "host/Settings.h"
@@ -106,7 +107,7 @@ std::string valueOf(Installation& installation, std::string_view path) {
 
 Findings checkStore(Installation& installation) {
   const std::filesystem::path& file = installation.registryFile();
-  const std::string name = file.empty() ? "der Registrierung des Benutzers" : file.string();
+  const std::string name = file.empty() ? "der Registrierung des Benutzers" : utf8Of(file);
   const std::string import = "kartix settings import SICHERUNG.reg";
   std::error_code error;
   const bool ours = !file.empty();
