@@ -16,6 +16,7 @@
 #include "automation/windows/Variants.h"
 #include "component/Component.h"
 #include "component/Dispatch.h"
+#include "hostdb/Session.h"
 #include "dialogs/Workplace.h"
 #include "objects/GatewayObjects.h"
 
@@ -65,6 +66,8 @@ class Object final : public Counted {
  public:
   explicit Object(const std::string& progId) {
     const Workplace& place = component().workplace();
+    // When the change was recorded is what a host knows by itself.
+    place.session.OperationCard.changedate = "20261124093000";
     object_ = objects::GatewayObjects({place.runtime, place.session, place.kba, place.login}).createObject(progId);
   }
 
@@ -97,7 +100,8 @@ class Object final : public Counted {
   std::vector<std::string> names_;
 };
 
-/// What the process holds, so that hosts can look whether it grows: `Handles`, and `WorkingSet` in kB.
+/// What the process holds, so that hosts can look whether it grows: `Handles`, how many of them lie close together
+/// (not every system counts them), and `WorkingSet` in kB.
 class Usage final : public Counted {
  public:
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
@@ -107,16 +111,21 @@ class Usage final : public Counted {
 
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
                                    UINT*) override {
-    DWORD count = 0;
     PROCESS_MEMORY_COUNTERS memory{};
-    GetProcessHandleCount(GetCurrentProcess(), &count);
     GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
     result->vt = VT_I4;
-    result->lVal = static_cast<LONG>(id == handles ? count : memory.WorkingSetSize / 1024);
+    result->lVal = static_cast<LONG>(id == handles ? nextHandle() : memory.WorkingSetSize / 1024);
     return S_OK;
   }
 
  private:
+  /// A new handle gets the lowest number that is free: their multiple of four grows with every one that stays.
+  static std::uintptr_t nextHandle() {
+    const HANDLE next = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    CloseHandle(next);
+    return reinterpret_cast<std::uintptr_t>(next) / 4;
+  }
+
   static constexpr DISPID handles = 1;
   static constexpr DISPID workingSet = 2;
 };
