@@ -189,7 +189,7 @@ void Installation::startGateway(const Json& gateway, LoopbackServer::Script scri
 void Installation::writeSettings() const {
   Json settings = part(scenario_, "settings");
   if (scenario_.contains("ini")) {
-    settings.emplace("InfoDatei", (directory_ / "kartix.ini").string());
+    settings.emplace("InfoDatei", names_["DIR"].get<std::string>() + "/kartix.ini");
     std::ofstream ini(directory_ / "kartix.ini", std::ios::binary);
     std::string section;
     for (const auto& [path, value] : scenario_["ini"].items()) {
