@@ -22,17 +22,6 @@ bool fitsValue(std::string_view value) {
   return value.find_first_of("\r\n\0"sv) == std::string_view::npos;
 }
 
-/// False for a file that is there and takes no writing: not every version of the system tells of it in the end. A
-/// name without a folder is one of the Windows folder, and is left to the system.
-bool takesWriting(std::string_view file) {
-  if (file.find_first_of("/\\") == std::string_view::npos) return true;
-  const HANDLE handle = CreateFileA(codepage::toAnsi(file).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_FILE_NOT_FOUND;
-  CloseHandle(handle);
-  return true;
-}
-
 /// Blanks and quotes at the ends are dropped in reading, and what counts as a blank differs from one version of the
 /// system to the next: whatever does not begin and end with an ordinary character gets quotes of its own.
 std::string written(const std::string& value) {
@@ -58,8 +47,7 @@ class WindowsProfileFiles final : public platform::ProfileFiles {
     // The system would take an empty file name for a file of its own.
     if (!fits(file, "\0"sv) || !fits(section, "]\r\n\0"sv) || !fits(key, "=\r\n\0"sv) || !fitsValue(value))
       return false;
-    return takesWriting(file) &&
-           WritePrivateProfileStringA(codepage::toAnsi(section).c_str(), codepage::toAnsi(key).c_str(),
+    return WritePrivateProfileStringA(codepage::toAnsi(section).c_str(), codepage::toAnsi(key).c_str(),
                                       written(codepage::toAnsi(value)).c_str(), codepage::toAnsi(file).c_str()) != 0;
   }
 
