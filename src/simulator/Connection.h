@@ -1,70 +1,86 @@
 #pragma once
 
-#include <httplib.h>
 #include <openssl/ssl.h>
 
-#include <array>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/beast/core/buffers_range.hpp>
+#include <boost/system/error_code.hpp>
+#include <boost/system/system_error.hpp>
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <memory>
-#include <string>
+
+#include "simulator/System.h"
 
 namespace kartix::simulator {
 
-/// One client's connection, in the clear or with TLS. Reading is bounded in size and time, so that no client can hold
-/// a thread or memory for long. What is written waits until the body of the answer begins, the answer ends or a read
-/// follows: an answer whose body fails before it begins leaves nothing behind on the wire.
-class Connection final : public httplib::Stream {
+/// One client's connection, in the clear or with TLS, as a stream for Beast. Every pause and every request have a
+/// limit, so that no client can hold a thread for long.
+class Connection {
  public:
-  /// Takes `socket` over. `tls` is null for a connection in the clear.
-  Connection(socket_t socket, SSL_CTX* tls);
-  ~Connection() override;
+  using Socket = boost::asio::ip::tcp::socket;
+  /// How long a connection may wait for its next request.
+  static constexpr std::chrono::seconds longestIdle{5};
+
+  /// `tls` is null for a connection in the clear.
+  Connection(Socket socket, SSL_CTX* tls);
+  ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
   /// The handshake of TLS. False when the client did not come through it.
   bool open();
 
-  /// Waits for the first byte of a request; not for long, and not when `stopping` tells so.
-  bool awaitRequest(const std::function<bool()>& stopping);
+  /// Waits for the first byte of a request, from which its time runs; `begun` when a part of it has been read. Not
+  /// for long, and not when `stopping` tells so: False then.
+  bool awaitRequest(bool begun, const std::function<bool()>& stopping);
 
-  /// The head of the request has been read: a body may be larger.
-  void headRead();
+  template <class Buffers>
+  std::size_t read_some(const Buffers& buffers, boost::system::error_code& error) {
+    error = {};
+    for (const boost::asio::mutable_buffer buffer : boost::beast::buffers_range_ref(buffers)) {
+      if (buffer.size() > 0) return read(static_cast<char*>(buffer.data()), buffer.size(), error);
+    }
+    return 0;
+  }
 
-  /// Ends one exchange; `answered` tells that the answer was written whole. True when another request may follow.
-  bool finish(bool answered);
+  template <class Buffers>
+  std::size_t write_some(const Buffers& buffers, boost::system::error_code& error) {
+    error = {};
+    for (const boost::asio::const_buffer buffer : boost::beast::buffers_range_ref(buffers)) {
+      if (buffer.size() > 0) return write(static_cast<const char*>(buffer.data()), buffer.size(), error);
+    }
+    return 0;
+  }
 
-  bool is_readable() const override { return true; }
-  bool is_writable() const override;
-  ssize_t read(char* bytes, size_t size) override;
-  ssize_t write(const char* bytes, size_t size) override;
-  void get_remote_ip_and_port(std::string& ip, int& port) const override;
-  void get_local_ip_and_port(std::string& ip, int& port) const override;
-  socket_t socket() const override { return socket_; }
+  template <class Buffers>
+  std::size_t read_some(const Buffers& buffers) {
+    return orThrow([&](auto& error) { return read_some(buffers, error); });
+  }
+
+  template <class Buffers>
+  std::size_t write_some(const Buffers& buffers) {
+    return orThrow([&](auto& error) { return write_some(buffers, error); });
+  }
 
  private:
-  bool fill();
-  bool flush();
-  bool send(const char* bytes, std::size_t size);
+  template <class Call>
+  static std::size_t orThrow(Call call) {
+    boost::system::error_code error;
+    const std::size_t count = call(error);
+    if (error) throw boost::system::system_error(error);
+    return count;
+  }
+
+  std::size_t read(char* bytes, std::size_t size, boost::system::error_code& error);
+  std::size_t write(const char* bytes, std::size_t size, boost::system::error_code& error);
   bool inTime() const;
-  std::intptr_t handle() const { return static_cast<std::intptr_t>(socket_); }
+  sockets::Socket handle() { return static_cast<sockets::Socket>(socket_.native_handle()); }
 
-  socket_t socket_;
+  Socket socket_;
   std::unique_ptr<SSL, decltype(&SSL_free)> tls_;
-
-  std::array<char, 16384> buffer_{};
-  std::size_t begin_ = 0;
-  std::size_t end_ = 0;
-
-  std::size_t received_ = 0;  ///< bytes of the present request
-  std::size_t limit_;         ///< most of them
   std::chrono::steady_clock::time_point deadline_;
-
-  std::string held_;
-  bool bodyBegun_ = false;
-  bool closing_ = false;  ///< the answer says that the connection ends
 };
 
 }  // namespace kartix::simulator

@@ -1,10 +1,18 @@
 #include "simulator/HttpServer.h"
 
-#include <httplib.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
 
-#include <algorithm>
+#include <atomic>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/thread_pool.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/core/string.hpp>
+#include <boost/beast/http.hpp>
+#include <chrono>
 #include <cstring>
 #include <new>
 #include <thread>
@@ -16,6 +24,8 @@
 
 namespace kartix::simulator {
 namespace {
+
+namespace http = boost::beast::http;
 
 using TlsContext = std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)>;
 
@@ -54,80 +64,112 @@ TlsContext makeTls(const TlsFiles& files) {
   return context;
 }
 
-/// The library's server over connections of our own, which alone can end without an answer.
-class Server final : public httplib::Server {
+constexpr std::size_t largestHead = std::size_t{64} << 10U;
+constexpr int mostRequests = 1000;
+
+http::response<http::string_body> responseOf(HttpAnswer answer, bool mayKeep, int requestsLeft, unsigned version) {
+  http::response<http::string_body> response(http::int_to_status(static_cast<unsigned>(answer.status)), version);
+  response.set(http::field::content_type, answer.contentType);
+  for (const std::string& cookie : answer.cookies) {
+    response.insert(http::field::set_cookie, cookie + "; Path=/; HttpOnly");
+  }
+  response.keep_alive(mayKeep && !answer.close && requestsLeft > 0);
+  if (response.keep_alive()) {
+    response.set(http::field::keep_alive, "timeout=" + std::to_string(Connection::longestIdle.count()) +
+                                              ", max=" + std::to_string(requestsLeft));
+  }
+  response.body() = std::move(answer.body);
+  response.body().append(answer.padding, ' ');
+  response.prepare_payload();
+  return response;
+}
+
+/// The requests of one connection, one after another.
+class Conversation {
  public:
-  explicit Server(TlsContext tls) : tls_(std::move(tls)) {}
+  Conversation(Connection& connection, const HttpServer::Post& post, const HttpServer::Page& page)
+      : connection_(connection), post_(post), page_(page) {}
+
+  /// Until the client or the answer ends the connection, or `stopping` tells so.
+  void carryOn(const std::function<bool()>& stopping) {
+    for (int left = mostRequests; left-- > 0 && connection_.awaitRequest(read_.size() > 0, stopping);) {
+      if (!exchange(left)) return;
+    }
+  }
 
  private:
-  bool process_and_close_socket(socket_t socket) override {
-    constexpr int mostRequests = 1000;
-    const auto stopping = [this] { return svr_sock_ == INVALID_SOCKET; };
-    Connection connection(socket, tls_.get());
-    if (!connection.open()) return false;
-    for (int left = mostRequests; left > 0 && connection.awaitRequest(stopping); --left) {
-      bool closed = false;
-      const bool answered =
-          process_request(connection, left == 1, closed, [&](httplib::Request&) { connection.headRead(); });
-      if (!connection.finish(answered) || closed) break;
-    }
-    return true;
-  }
+  using Parser = http::request_parser<http::string_body>;
 
-  TlsContext tls_;
-};
-
-/// Without the library's own choice, which lets two servers share one port unnoticed.
-void reuseAddress(socket_t socket) { sockets::reuseAddress(static_cast<sockets::Socket>(socket)); }
-
-std::optional<std::string> readAll(const httplib::ContentReader& reader) {
-  std::string body;
-  const bool whole = reader([&](const char* bytes, std::size_t size) {
-    if (size > largestRequest - body.size()) return false;
-    body.append(bytes, size);
-    return true;
-  });
-  if (!whole) return std::nullopt;
-  return body;
-}
-
-/// Sends `answer` in pieces, as far as its delivery goes.
-httplib::ContentProvider piecewise(HttpAnswer answer) {
-  return [answer = std::move(answer)](std::size_t offset, std::size_t, httplib::DataSink& sink) {
-    constexpr std::size_t piece = std::size_t{64} << 10U;
-    if (answer.delivery == HttpAnswer::Delivery::nothing) return false;
-    if (answer.delivery == HttpAnswer::Delivery::half) {
-      sink.write(answer.body.data(), answer.body.size() / 2);
+  /// True when another request may follow.
+  bool exchange(int requestsLeft) {
+    Parser parser;
+    parser.header_limit(largestHead);
+    parser.body_limit(largestRequest);
+    boost::system::error_code error;
+    http::read_header(connection_, read_, parser, error);
+    if (error == http::error::end_of_stream || error == http::error::partial_message ||
+        error == boost::asio::error::eof) {
       return false;
     }
-    if (offset < answer.body.size()) return sink.write(answer.body.data() + offset, answer.body.size() - offset);
-    const std::string blanks(std::min(piece, answer.body.size() + answer.padding - offset), ' ');
-    return sink.write(blanks.data(), blanks.size());
-  };
-}
-
-void give(HttpAnswer answer, httplib::Response& response) {
-  response.status = answer.status;
-  if (answer.close) response.set_header("Connection", "close");
-  for (const std::string& cookie : answer.cookies) response.set_header("Set-Cookie", cookie + "; Path=/; HttpOnly");
-  const std::size_t size = std::max<std::size_t>(1, answer.body.size() + answer.padding);
-  if (answer.delivery == HttpAnswer::Delivery::whole && answer.padding == 0) {
-    response.set_content(answer.body, answer.contentType);
-  } else {
-    const std::string type = answer.contentType;
-    response.set_content_provider(size, type, piecewise(std::move(answer)));
+    const unsigned version = error ? 11 : parser.get().version();
+    HttpAnswer answer = error ? refusal(http::status::bad_request) : answerOf(parser);
+    // What was not read of a request would be taken for the next one.
+    const bool mayKeep = !error && parser.is_done() && parser.get().keep_alive();
+    const auto delivery = answer.delivery;
+    return deliver(responseOf(std::move(answer), mayKeep, requestsLeft, version), delivery);
   }
-}
 
-std::string lastReason() {
-  switch (sockets::lastListenFailure()) {
-    case sockets::ListenFailure::taken:
-      return "the port is taken by another program";
-    case sockets::ListenFailure::forbidden:
-      return "the port may be used by the administrator only";
-    default:
-      return "not an address of this machine";
+  static HttpAnswer refusal(http::status status) {
+    return {.status = static_cast<int>(status), .contentType = "text/plain", .close = true};
   }
+
+  HttpAnswer answerOf(Parser& parser) {
+    const http::verb method = parser.get().method();
+    if (method == http::verb::get) {
+      if (!readBody(parser)) return refusal(http::status::bad_request);
+      return {.contentType = "text/plain; charset=utf-8", .body = page_()};
+    }
+    if (method != http::verb::post) return refusal(http::status::method_not_allowed);
+    return post_({.path = std::string(parser.get().target()),
+                  .cookieHeader = std::string(parser.get()[http::field::cookie]),
+                  .readBody = [&] { return readBody(parser); }});
+  }
+
+  std::optional<std::string> readBody(Parser& parser) {
+    boost::system::error_code error;
+    if (boost::beast::iequals(parser.get()[http::field::expect], "100-continue")) {
+      const http::response<http::empty_body> goOn(http::status::continue_, parser.get().version());
+      http::write(connection_, goOn, error);
+    }
+    if (!error) http::read(connection_, read_, parser, error);
+    if (error) return std::nullopt;
+    return std::move(parser.get().body());
+  }
+
+  bool deliver(http::response<http::string_body> response, HttpAnswer::Delivery delivery) {
+    if (delivery == HttpAnswer::Delivery::nothing) return false;
+    boost::system::error_code error;
+    if (delivery == HttpAnswer::Delivery::whole) {
+      http::write(connection_, response, error);
+      return !error && response.keep_alive();
+    }
+    http::response_serializer<http::string_body> head(response);
+    http::write_header(connection_, head, error);
+    const std::string& body = response.body();
+    if (!error) boost::asio::write(connection_, boost::asio::buffer(body.data(), body.size() / 2), error);
+    return false;
+  }
+
+  Connection& connection_;
+  const HttpServer::Post& post_;
+  const HttpServer::Page& page_;
+  boost::beast::flat_buffer read_{2 * largestHead};
+};
+
+std::string reasonOf(const boost::system::error_code& error) {
+  if (error == boost::asio::error::address_in_use) return "the port is taken by another program";
+  if (error == boost::asio::error::access_denied) return "the port may be used by the administrator only";
+  return "not an address of this machine";
 }
 
 }  // namespace
@@ -135,58 +177,80 @@ std::string lastReason() {
 class HttpServer::Implementation {
  public:
   Implementation(const std::string& host, int port, TlsContext tls, Post post, Page page)
-      : server_(std::move(tls)), post_(std::move(post)), page_(std::move(page)) {
-    server_.set_payload_max_length(largestRequest);
-    server_.set_socket_options(reuseAddress);
-    server_.new_task_queue = [] {
-      constexpr std::size_t threads = 8;
-      return new httplib::ThreadPool(threads);
-    };
-    // Not "." alone: a path may hold an encoded line end.
-    server_.Post(R"([\s\S]*)", [this](const httplib::Request& request, httplib::Response& response,
-                                      const httplib::ContentReader& reader) { onPost(request, response, reader); });
-    server_.Get(R"([\s\S]*)", [this](const httplib::Request&, httplib::Response& response) {
-      response.set_content(page_(), "text/plain; charset=utf-8");
-    });
+      : tls_(std::move(tls)), post_(std::move(post)), page_(std::move(page)) {
     listen(host, port);
+    listener_ = std::thread([this] { accept(); });
   }
 
   ~Implementation() {
-    server_.stop();
-    thread_.join();
+    stopping_ = true;
+    listener_.join();
+    workers_.join();
   }
   Implementation(const Implementation&) = delete;
   Implementation& operator=(const Implementation&) = delete;
 
-  int port() const { return port_; }
+  int port() const { return acceptor_.local_endpoint().port(); }
 
  private:
+  using Tcp = boost::asio::ip::tcp;
+
   void listen(const std::string& host, int port) {
-    sockets::clearFailure();
-    port_ = port == 0 ? server_.bind_to_any_port(host) : server_.bind_to_port(host, port) ? port : -1;
-    if (port_ < 0) throw StartFailure("cannot listen on " + host + ":" + std::to_string(port) + ": " + lastReason());
-    thread_ = std::thread([this] { server_.listen_after_bind(); });
-    // A stop before the server runs would have no effect.
-    while (!server_.is_running()) std::this_thread::yield();
+    boost::system::error_code error;
+    const auto addresses = Tcp::resolver(context_).resolve(host, std::to_string(port), error);
+    if (!error) open(addresses.begin()->endpoint(), error);
+    if (error) throw StartFailure("cannot listen on " + host + ":" + std::to_string(port) + ": " + reasonOf(error));
   }
 
-  void onPost(const httplib::Request& request, httplib::Response& response, const httplib::ContentReader& reader) {
-    if (request.is_multipart_form_data()) {
-      constexpr int unsupported = 415;
-      return give({.status = unsupported, .contentType = "text/plain", .body = "XML erwartet\n", .close = true},
-                  response);
+  void open(const Tcp::endpoint& address, boost::system::error_code& error) {
+    acceptor_.open(address.protocol(), error);
+    if (error) return;
+    sockets::reuseAddress(handle());
+    acceptor_.bind(address, error);
+    if (!error) acceptor_.listen(Tcp::acceptor::max_listen_connections, error);
+  }
+
+  void accept() {
+    constexpr std::chrono::milliseconds slice(50);
+    constexpr std::chrono::milliseconds patience(10);
+    while (!stopping_) {
+      if (!sockets::readable(handle(), slice)) continue;
+      boost::system::error_code error;
+      auto socket = std::make_shared<Tcp::socket>(acceptor_.accept(error));
+      if (error) {
+        // Out of descriptors, say: it passes.
+        std::this_thread::sleep_for(patience);
+        continue;
+      }
+      boost::asio::post(workers_, [this, socket] { serve(std::move(*socket)); });
     }
-    give(post_({.path = request.path,
-                .cookieHeader = request.get_header_value("Cookie"),
-                .readBody = [&reader] { return readAll(reader); }}),
-         response);
   }
 
-  Server server_;
+  void serve(Tcp::socket socket) noexcept {
+    if (stopping_) return;
+    sockets::withoutSignals();
+    try {
+      Connection connection(std::move(socket), tls_.get());
+      if (connection.open()) {
+        Conversation(connection, post_, page_).carryOn([this] { return stopping_.load(); });
+      }
+    } catch (const std::exception&) {
+      // Out of memory: this connection ends, the server goes on.
+    }
+  }
+
+  sockets::Socket handle() { return static_cast<sockets::Socket>(acceptor_.native_handle()); }
+
+  static constexpr std::size_t threads = 8;
+
+  TlsContext tls_;
   Post post_;
   Page page_;
-  int port_ = -1;
-  std::thread thread_;
+  std::atomic<bool> stopping_ = false;
+  boost::asio::io_context context_;
+  Tcp::acceptor acceptor_{context_};
+  boost::asio::thread_pool workers_{threads};
+  std::thread listener_;
 };
 
 HttpServer::HttpServer(const std::string& host, int port, const std::optional<TlsFiles>& tls, Post post, Page page)

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <ctime>
 
 #include "simulator/System.h"
@@ -40,8 +41,8 @@ std::ptrdiff_t uninterrupted(Call call) {
 
 }  // namespace
 
-bool ready(Socket socket, For use, std::chrono::milliseconds time) {
-  pollfd wait{numberOf(socket), static_cast<short>(use == For::reading ? POLLIN : POLLOUT), 0};
+bool readable(Socket socket, std::chrono::milliseconds time) {
+  pollfd wait{numberOf(socket), POLLIN, 0};
   return ::poll(&wait, 1, static_cast<int>(time.count())) > 0;
 }
 
@@ -52,27 +53,22 @@ void limitPauses(Socket socket, std::chrono::seconds longest) {
   set(socket, IPPROTO_TCP, TCP_NODELAY, 1);
 }
 
+void withoutSignals() {
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, SIGPIPE);
+  ::pthread_sigmask(SIG_BLOCK, &set, nullptr);
+}
+
 std::ptrdiff_t receive(Socket socket, char* bytes, std::size_t size) {
   return uninterrupted([&] { return ::recv(numberOf(socket), bytes, size, 0); });
 }
 
 std::ptrdiff_t send(Socket socket, const char* bytes, std::size_t size) {
-  return uninterrupted([&] { return ::send(numberOf(socket), bytes, size, MSG_NOSIGNAL); });
-}
-
-void end(Socket socket) {
-  ::shutdown(numberOf(socket), SHUT_RDWR);
-  ::close(numberOf(socket));
+  return uninterrupted([&] { return ::send(numberOf(socket), bytes, size, 0); });
 }
 
 void reuseAddress(Socket socket) { set(socket, SOL_SOCKET, SO_REUSEADDR, 1); }
-
-ListenFailure lastListenFailure() {
-  if (errno == EADDRINUSE) return ListenFailure::taken;
-  return errno == EACCES ? ListenFailure::forbidden : ListenFailure::other;
-}
-
-void clearFailure() { errno = 0; }
 
 }  // namespace sockets
 }  // namespace kartix::simulator

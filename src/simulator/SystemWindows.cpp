@@ -29,8 +29,8 @@ int piece(std::size_t size) { return static_cast<int>(std::min<std::size_t>(size
 
 }  // namespace
 
-bool ready(Socket socket, For use, std::chrono::milliseconds time) {
-  WSAPOLLFD wait{numberOf(socket), static_cast<SHORT>(use == For::reading ? POLLRDNORM : POLLWRNORM), 0};
+bool readable(Socket socket, std::chrono::milliseconds time) {
+  WSAPOLLFD wait{numberOf(socket), POLLRDNORM, 0};
   return ::WSAPoll(&wait, 1, static_cast<int>(time.count())) > 0;
 }
 
@@ -41,6 +41,9 @@ void limitPauses(Socket socket, std::chrono::seconds longest) {
   set(socket, IPPROTO_TCP, TCP_NODELAY, DWORD{1});
 }
 
+// Here it is none.
+void withoutSignals() {}
+
 std::ptrdiff_t receive(Socket socket, char* bytes, std::size_t size) {
   return ::recv(numberOf(socket), bytes, piece(size), 0);
 }
@@ -49,21 +52,8 @@ std::ptrdiff_t send(Socket socket, const char* bytes, std::size_t size) {
   return ::send(numberOf(socket), bytes, piece(size), 0);
 }
 
-void end(Socket socket) {
-  ::shutdown(numberOf(socket), SD_BOTH);
-  ::closesocket(numberOf(socket));
-}
-
 // Here an address can be taken again without more words; the option of that name would share it between servers.
 void reuseAddress(Socket socket) { set(socket, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, DWORD{1}); }
-
-ListenFailure lastListenFailure() {
-  const int error = ::WSAGetLastError();
-  if (error == WSAEADDRINUSE) return ListenFailure::taken;
-  return error == WSAEACCES ? ListenFailure::forbidden : ListenFailure::other;
-}
-
-void clearFailure() { ::WSASetLastError(0); }
 
 }  // namespace sockets
 }  // namespace kartix::simulator

@@ -3,6 +3,7 @@
 #include <httplib.h>
 
 #include <array>
+#include <csignal>
 #include <optional>
 #include <set>
 
@@ -29,6 +30,9 @@ using testing::HasSubstr;
 const std::string password(samplePassword);
 const std::string lostCard = "DF00000041877301";
 const std::string orderedCard = "DF00000058213900";
+
+/// A connection may end while the client still sends, and the client's library leaves the signal to the program.
+[[maybe_unused]] const auto brokenPipe = std::signal(SIGPIPE, SIG_IGN);
 
 class MemoryStore final : public StateStore {
  public:
@@ -335,7 +339,7 @@ TEST(Simulator, HostileRequestsAreRefusedAndTheNextIsAnswered) {
   // The client may miss the answer: what it has sent beyond the limit resets the connection.
   const auto longHead = wild.Post("/" + std::string(7000, '%'), {{"X", std::string(100'000, 'x')}}, "a", "text/xml");
   EXPECT_EQ(longHead ? longHead->status : 400, 400);
-  EXPECT_EQ(wild.Post("/%0A%00", "x", "multipart/form-data; boundary=x")->status, 415);
+  EXPECT_EQ(wild.Post("/%0A%00", "x", "multipart/form-data; boundary=x")->status, 400);
   EXPECT_EQ(Client(gateway).logIn(), "0 in");
 }
 
