@@ -161,6 +161,9 @@ Installation::Installation(const Json& scenario, LoopbackServer::Script gateway)
   hostData->make(hostStatements());
   scenario_["settings"] = hostData->settings();
   scenario_["settings"].update(substituteAll(part(scenario, "settings"), names_));
+  for (const char* const name : {"FS.ServerIP", "FS.ServerPort", "FS.SysUser", "FS.DBName", "FS.DBUser"}) {
+    names_[name] = scenario_["settings"].value(name, "");
+  }
   writeSettings();
   for (const auto& [name, picture] : part(scenario_, "pictures").items()) makePicture(directory_ / name, picture);
   for (const auto& [name, content] : part(scenario_, "files").items()) writeBytes(directory_ / name, content);

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 const std::map<std::string, std::vector<std::string>> knownKeys = {
     {"scenario", {"about",    "system", "operation", "person",   "lfdnr",  "clerk",     "before", "now",
                   "settings", "ini",    "files",     "pictures", "held",   "rows",      "sql",    "gateway",
-                  "replies",  "setup",  "script",    "objects",  "expect", "sqliteOnly"}},
+                  "replies",  "setup",  "script",    "objects",  "expect"}},
     {"expect",
      {"init", "result", "properties", "messages", "windows", "ready", "requests", "tunnels", "calls", "progress",
       "sounds", "settings", "ini", "trace", "traceHas", "book", "pictures"}},

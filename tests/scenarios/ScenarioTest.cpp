@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "scenarios/Expectations.h"
 
 namespace kartix::test {
@@ -14,8 +12,6 @@ class ScenarioTest : public testing::TestWithParam<Scenario> {};
 
 TEST_P(ScenarioTest, Plays) {
   ASSERT_EQ(GetParam().fault, "");
-  const std::string sqliteOnly = GetParam().content.value("sqliteOnly", "");
-  if (!sqliteOnly.empty() && std::getenv("KARTIX_TEST_POSTGRES")) GTEST_SKIP() << sqliteOnly;
   SCOPED_TRACE(GetParam().content["about"].get<std::string>());
   Installation installation(GetParam().content);
   checkExpectations(installation, installation.play());
