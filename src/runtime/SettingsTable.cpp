@@ -184,8 +184,6 @@ std::string misfit(const SettingEntry& setting, std::string_view value) {
 std::string countsAs(const SettingEntry& setting, std::string_view value) {
   if (value.empty()) return std::string(setting.fallback);
   switch (setting.type) {
-    case SettingType::number:
-      return std::to_string(leadingInt16(value));
     case SettingType::onOff:
       return value == "1" ? "1" : "0";
     case SettingType::selection:

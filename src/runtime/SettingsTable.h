@@ -61,7 +61,7 @@ bool isAmong(const SettingEntry& selection, std::string_view value);
 /// What a value must be, when it is none of the setting's type ("muss eine Zahl von 1 bis 65535 sein"); else empty.
 std::string misfit(const SettingEntry& setting, std::string_view value);
 
-/// What a value counts as, also one that does not fit its type.
+/// What a switch or a selection counts as, also with a value that does not fit; any other value is what it is.
 std::string countsAs(const SettingEntry& setting, std::string_view value);
 
 /// The entry; `std::logic_error` when there is none.
