@@ -16,6 +16,7 @@ class UserInterface {
     noDisplay,    ///< there is nothing to show it on; the form was not shown
     noWidgets,    ///< nor was it: the host's application object is not one for windows
     otherThread,  ///< nor was it: windows belong to another thread of the host
+    notLoaded,    ///< nor was it: what shows windows is not installed whole
   };
 
   virtual ~UserInterface() = default;

@@ -17,6 +17,7 @@ std::string_view reason(platform::UserInterface::ShowResult why) {
   using ShowResult = platform::UserInterface::ShowResult;
   if (why == ShowResult::noWidgets) return "das Anwendungsobjekt des Programms ist keine QApplication";
   if (why == ShowResult::otherThread) return "Qt läuft in einem anderen Thread als dieser Aufruf";
+  if (why == ShowResult::notLoaded) return "die Bibliothek der Fenster ist nicht da";
   return "keine Anzeige vorhanden";
 }
 

@@ -32,9 +32,11 @@ std::unique_ptr<platform::DbeLibrary> makeDbe();
 std::unique_ptr<platform::ImageLibrary> makeImages();
 std::unique_ptr<platform::SoundPlayer> makeSounds();
 std::unique_ptr<platform::UserInterface> makeUserInterface();
+/// Throws `std::runtime_error` when what shows windows is not installed whole.
 std::unique_ptr<platform::Stage> makeStage();
 
-/// Names of the fonts of which the windows need one, when none of them is installed; else empty.
+/// Names of the fonts of which the windows need one, when none of them is installed; else empty. Throws like
+/// `makeStage`.
 std::string missingFonts();
 
 /// The automation classes that are installed on the machine; nothing on a system that has none.

@@ -1,4 +1,5 @@
 #include <array>
+#include <stdexcept>
 #include <string>
 
 #include "adapters/machine/Machine.h"
@@ -14,6 +15,7 @@ namespace {
 
 const Area objects("Objekte");
 const Area fonts("Schriften");
+const Area windows("Fenster");
 
 /// Makes an object of the class and lets it go again: it may be registered and yet not be there.
 Findings checkClass(platform::InstalledClasses& installed, std::string_view name) {
@@ -54,7 +56,13 @@ Findings checkClasses(platform::InstalledClasses* installed) {
 }
 
 Findings checkFonts() {
-  const std::string missing = adapters::machine::missingFonts();
+  std::string missing;
+  try {
+    missing = adapters::machine::missingFonts();
+  } catch (const std::runtime_error& reason) {
+    return {windows.fault("", std::string("Fenster und Bilder stehen nicht zur Verfügung: ") + reason.what(),
+                          "Kartix vollständig installieren (Debian: apt-get install --reinstall libkartix1)")};
+  }
   if (missing.empty()) return {fonts.good("die der Fenster sind da")};
   return {fonts.fault(
       "", "Es fehlt eine Schrift für die Fenster (" + missing + "): Texte sind abgeschnitten oder unlesbar",
