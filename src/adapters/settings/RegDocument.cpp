@@ -30,11 +30,6 @@ bool hasControl(std::string_view text) {
   return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < ' '; });
 }
 
-/// A name that begins like a remark would do the same as a text that does, see `valueLine`.
-bool isName(std::string_view text) {
-  return !hasControl(text) && text::isValidUtf8(text) && !withoutBlanks(text).starts_with(';');
-}
-
 std::string quoted(std::string_view text) {
   std::string result = "\"";
   for (const char c : text) {
@@ -233,9 +228,16 @@ std::optional<RegistryValue> RegDocument::value(std::string_view key, std::strin
 
 bool RegDocument::hasKey(std::string_view key) const { return keys_.contains(text::upper(fullPath(key))); }
 
+/// A name that begins like a remark would do the same as a text that does, see `valueLine`. What the file's code page
+/// does not have would make another name of it.
+bool RegDocument::holdsName(std::string_view text) const {
+  const bool encodable = encoding_ != RegEncoding::ansi || codepage::fromAnsi(codepage::toAnsi(text)) == text;
+  return encodable && !hasControl(text) && text::isValidUtf8(text) && !withoutBlanks(text).starts_with(';');
+}
+
 bool RegDocument::createKey(std::string_view key) {
   if (hasKey(key)) return true;
-  if (key.empty() || !isName(key)) return false;
+  if (key.empty() || !holdsName(key)) return false;
   if (!withoutBlanks(lines_[lines_.size() - 1]).empty()) lines_.insert(lines_.size(), "");
   lines_.insert(lines_.size(), "[" + fullPath(key) + "]");
   keys_[text::upper(fullPath(key))].end = lines_.size();
@@ -254,7 +256,7 @@ std::string RegDocument::valueLine(std::string_view name, std::string_view text)
 }
 
 bool RegDocument::setString(std::string_view key, std::string_view name, std::string_view text) {
-  if (!isName(name) || !text::isValidUtf8(text) || !createKey(key)) return false;
+  if (!holdsName(name) || !text::isValidUtf8(text) || !createKey(key)) return false;
   const Key& place = keys_.at(text::upper(fullPath(key)));
   const std::string line = valueLine(name, text);
   const auto former = place.values.find(text::upper(name));

@@ -52,6 +52,7 @@ class RegDocument {
   std::optional<platform::RegistryValue> readData(std::string_view data, Value& where) const;
   std::optional<platform::RegistryValue> readText(std::string_view data, Value& where) const;
   std::optional<platform::RegistryValue> readHex(std::string_view data, Value& where) const;
+  bool holdsName(std::string_view text) const;
   std::string valueLine(std::string_view name, std::string_view text) const;
 
   RegEncoding encoding_ = RegEncoding::utf16;

@@ -6,8 +6,9 @@
 namespace kartix::adapters {
 namespace {
 
+/// A file may have been broken off between the two characters of its last line's end.
 std::string_view lineEndOf(std::string_view line) {
-  if (!line.ends_with('\n')) return {};
+  if (!line.ends_with('\n')) return line.substr(line.size() - (line.ends_with('\r') ? 1 : 0));
   return line.substr(line.size() - (line.ends_with("\r\n") ? 2 : 1));
 }
 
@@ -35,7 +36,9 @@ void TextLines::replace(std::size_t first, std::size_t count, const std::string&
 }
 
 void TextLines::insert(std::size_t index, const std::string& line) {
-  if (index > 0 && !lines_[index - 1].ends_with('\n')) lines_[index - 1] += lineEnd_;
+  if (index > 0 && !lines_[index - 1].ends_with('\n')) {
+    lines_[index - 1] += lineEndOf(lines_[index - 1]).empty() ? lineEnd_ : "\n";
+  }
   lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(index), line + lineEnd_);
 }
 
