@@ -1,5 +1,5 @@
 # Every target is one line over scripts/ and the CMake presets. "make help" lists them.
-.PHONY: help build demo pictures test windows bench format tidy install uninstall package clean
+.PHONY: help build demo pictures test windows bench fuzz format tidy install uninstall package clean
 
 build: ## Build the release preset: build/release/bin/kartix and the library
 	@scripts/build release
@@ -18,6 +18,9 @@ windows: ## Set up, build for Windows (64 and 32 bits), and pack build/kartix-VE
 
 bench: ## Set up, build and run the benchmarks
 	@scripts/bench
+
+fuzz: ## Set up, build with clang, and run every fuzz target; each for MINUTES, which is 1
+	@scripts/fuzz
 
 format: ## Format every source file
 	@scripts/format

@@ -95,6 +95,7 @@ struct Machine {
         dbe(setup.dbe, machine::makeDbe),
         http(setup.http, [&] { return transport(setup); }),
         xml(setup.xml, [] { return adapters::makeLibXml(); }),
+        images(setup.images, machine::makeImages),
         userInterface(setup.userInterface, machine::makeUserInterface),
         sounds(setup.sounds, machine::makeSounds),
         installedClasses(machine::makeInstalledClasses()),
@@ -120,11 +121,11 @@ struct Machine {
   std::shared_ptr<platform::Registry> registry;
   std::unique_ptr<platform::ProfileFiles> profileFiles = machine::makeProfileFiles();
   std::unique_ptr<platform::FileSystem> files = adapters::makeFiles();
-  std::unique_ptr<platform::ImageLibrary> images = machine::makeImages();
   std::unique_ptr<platform::Clock> clock;
   Chosen<platform::DbeLibrary> dbe;
   Chosen<platform::HttpLibrary> http;
   Chosen<platform::XmlLibrary> xml;
+  Chosen<platform::ImageLibrary> images;
   Chosen<platform::UserInterface> userInterface;
   Chosen<platform::SoundPlayer> sounds;
   std::unique_ptr<platform::InstalledClasses> installedClasses;

@@ -11,6 +11,7 @@
 namespace kartix::platform {
 class DbeLibrary;
 class HttpLibrary;
+class ImageLibrary;
 class ObjectClasses;
 class Registry;
 class SoundPlayer;
@@ -41,6 +42,7 @@ struct Setup {
   platform::DbeLibrary* dbe = nullptr;
   platform::HttpLibrary* http = nullptr;
   platform::XmlLibrary* xml = nullptr;
+  platform::ImageLibrary* images = nullptr;
   bool testClerk = false;  ///< a test clerk may stand in front of all this, where the settings store permits it
 };
 
