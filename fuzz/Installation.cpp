@@ -78,6 +78,20 @@ std::map<std::string, std::string> installed() {
           {"ZEVIS.ZEVISPort", "80"}};
 }
 
+void setField(const std::string& column, const std::string& value) {
+  const auto dot = column.find('.');
+  const std::string text =
+      "update " + column.substr(0, dot) + " set " + column.substr(dot + 1) + " = ? where personennummer = 4711";
+  sqlite3* database = nullptr;
+  sqlite3_open(databaseFile().c_str(), &database);
+  sqlite3_stmt* statement = nullptr;
+  sqlite3_prepare_v2(database, text.c_str(), -1, &statement, nullptr);
+  sqlite3_bind_text(statement, 1, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
+  expect(sqlite3_step(statement) == SQLITE_DONE, "a field can be set", column);
+  sqlite3_finalize(statement);
+  sqlite3_close(database);
+}
+
 std::unique_ptr<platform::Image> Pictures::load(const std::string& file) {
   return std::make_unique<Picture>(file.ends_with(".JP0"));
 }

@@ -21,6 +21,9 @@ std::vector<BookEntry> bookEntries();
 /// which can be ordered and is reported lost, and 3, to be cancelled; person 4712 has one too.
 std::map<std::string, std::string> installed();
 
+/// Sets `column` ("personalien.wohnort") of person 4711 to any bytes.
+void setField(const std::string& column, const std::string& value);
+
 /// Pictures of the right sizes, whatever the files hold.
 struct Pictures : platform::ImageLibrary {
   std::unique_ptr<platform::Image> load(const std::string& file) override;

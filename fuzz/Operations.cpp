@@ -9,6 +9,7 @@
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
+#include "common/CodePage.h"
 #include "common/Text.h"
 #include "common/Values.h"
 #include "component/Component.h"
@@ -27,17 +28,20 @@ struct Operation {
   const char* window;
   const char* lfdnr;
   const char* accepted;  ///< what the gateway answers
+  const char* root;      ///< how its answers begin
   std::int32_t loginWanted;
 
   bool changes() const { return name != std::string_view("ZKRAnfrage"); }
 };
 
 constexpr std::array<Operation, 4> operations = {{
-    {"ZKRAnfrage", "StartForm", "1", "<zkr-auskunft/>", 3020},
+    {"ZKRAnfrage", "StartForm", "1", "<zkr-auskunft/>", "<zkr-a", 3020},
     {"FahrerKartenBestellung", "Bestellung", "1",
-     "<information><head><returnCode>0</returnCode><cardNumber>DF2</cardNumber></head></information>", 3000},
-    {"KartenStorno", "fStorno", "3", "<information><head><returnCode>0</returnCode></head></information>", 3000},
-    {"KartenMitteilung", "Mitteilung", "1", "<zkr-mhinweis><retc>0</retc></zkr-mhinweis>", 3020},
+     "<information><head><returnCode>0</returnCode><cardNumber>DF2</cardNumber></head></information>", "<information",
+     3000},
+    {"KartenStorno", "fStorno", "3", "<information><head><returnCode>0</returnCode></head></information>",
+     "<information", 3000},
+    {"KartenMitteilung", "Mitteilung", "1", "<zkr-mhinweis><retc>0</retc></zkr-mhinweis>", "<zkr-m", 3020},
 }};
 
 /// A clerk who also takes the first hit, and twice chooses a new password.
@@ -119,6 +123,7 @@ class Answer {
   }
 
   std::string root() const { return rootName(*document_); }
+  std::string text(const std::string& path) const { return firstText(*document_, path); }
   std::int32_t number(const char* path) const { return leadingInt32(firstText(*document_, path)); }
   std::int32_t code() const {
     if (root() == "information") return number("//head//returnCode");
@@ -143,7 +148,7 @@ class Answer {
  private:
   bool has(const char* path) const { return !document_->selectNodes(path).empty(); }
 
-  const Reply& reply_;
+  Reply reply_;
   std::unique_ptr<platform::XmlLibrary> library_ = adapters::makeLibXml();
   std::unique_ptr<platform::XmlDocument> document_ = library_->createDocument(adapters::xmlClassNames().front());
 };
@@ -205,6 +210,16 @@ struct Watched : platform::ObjectClasses {
   Outcome outcome = Outcome::notSent;
 };
 
+/// `text` without what XML cannot carry, and without white space.
+std::string inked(std::string_view text) {
+  std::string result;
+  for (std::size_t position = 0; position < text.size();) {
+    const char32_t character = text::nextCharacter(text, position);
+    if (character > U' ' && character != 0xFFFE && character != 0xFFFF) text::append(result, character);
+  }
+  return result;
+}
+
 /// What `parse` makes of `text`; nothing when it refuses it.
 template <class Parse>
 auto parsed(Parse parse, std::string_view text) -> std::optional<decltype(parse(text))> {
@@ -218,9 +233,13 @@ auto parsed(Parse parse, std::string_view text) -> std::optional<decltype(parse(
 }  // namespace
 
 void answers(Input input) {
+  const std::string all(input.rest());
+  const auto meant = [&](const Operation& operation) { return all.find(operation.root) != std::string::npos; };
+  const bool any = std::none_of(operations.begin(), operations.end(), meant);
   std::vector<Reply> replies;
   while (!input.empty() && replies.size() < 20) replies.push_back(Reply::read(input.part()));
-  for (const Operation& operation : operations) withReplies(operation, replies);
+  for (const Operation& operation : operations)
+    if (any || meant(operation)) withReplies(operation, replies);
 }
 
 void objects(Input input) {
@@ -235,6 +254,32 @@ void objects(Input input) {
     if (!operation.changes()) continue;
     expect(watched.sent <= 1, "nothing is sent twice");
     play.checkChange(done, watched.outcome);
+  }
+}
+
+/// Names and addresses of the database on their way into an order, each part a field.
+void names(Input input) {
+  constexpr std::size_t longest = 256;
+  Play play;
+  std::map<std::string, std::string> expected;
+  for (const auto& [column, element] : {std::pair("fahrerkarte.familienname", "cardHolderSurname"),
+                                        {"fahrerkarte.vornamen", "cardHolderFirstNames"},
+                                        {"personalien.familienname", "cardHolderSurnameRegister"},
+                                        {"personalien.geburtsname", "cardHolderBirthNameRegister"},
+                                        {"personalien.wohnort", "cardHolderCity"},
+                                        {"personalien.strasse", "cardHolderStreet"}}) {
+    const std::string field = input.part();
+    setField(column, field);
+    expected[element] = inked(text::left(text::isValidUtf8(field) ? field : codepage::fromAnsi(field), longest));
+  }
+  play.gateway.replies = {{200, true, "", operations[1].accepted}};
+  expect(play.carryOut(operations[1]), "whatever a name holds, a card can be ordered");
+  const Answer order({200, true, "", play.gateway.sent.at(0).body});
+  for (const auto& [element, text] : expected) {
+    std::string found = order.text("//" + element);
+    if (element == "cardHolderStreet")
+      found += order.text("//cardHolderStreetNo") + order.text("//cardHolderStreetNoAddOn");
+    expect(inked(found) == text, "a card bears the name of the person", element + ": " + found);
   }
 }
 

@@ -29,9 +29,10 @@ void expect(bool holds, const char* promise, const std::string& seen) {
 
 void run(std::string_view name, std::string_view bytes) {
   static const std::map<std::string_view, void (*)(Input)> targets = {
-      {"answers", answers}, {"book", book},     {"calls", calls},         {"documents", documents},
-      {"images", images},   {"ini", ini},       {"objects", objects},     {"registry", registry},
-      {"rows", rows},       {"script", script}, {"transport", transport}, {"values", values}};
+      {"answers", answers},   {"book", book}, {"calls", calls},   {"documents", documents},
+      {"images", images},     {"ini", ini},   {"names", names},   {"objects", objects},
+      {"registry", registry}, {"rows", rows}, {"script", script}, {"transport", transport},
+      {"values", values}};
   const auto found = targets.find(name);
   expect(found != targets.end(), "there is such a target", std::string(name));
   found->second(Input(bytes));

@@ -39,6 +39,7 @@ void calls(Input input);
 void documents(Input input);
 void images(Input input);
 void ini(Input input);
+void names(Input input);
 void objects(Input input);
 void registry(Input input);
 void rows(Input input);
