@@ -35,7 +35,10 @@ double leadingNumber(std::string_view text) {
   const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
   if (result.ec == std::errc::result_out_of_range) {
     const std::string_view taken(text.data(), static_cast<std::size_t>(result.ptr - text.data()));
-    const bool tiny = taken.find("e-") != std::string_view::npos || taken.find("E-") != std::string_view::npos;
+    const std::size_t exponent = taken.find_first_of("eE");
+    const bool tiny = exponent == std::string_view::npos
+                          ? taken.substr(0, taken.find('.')).find_first_not_of('0') == std::string_view::npos
+                          : taken[exponent + 1] == '-';
     number = tiny ? 0 : std::numeric_limits<double>::max();
   }
   return negative ? -number : number;
