@@ -1,5 +1,7 @@
 #include <sqlite3.h>
 
+#include <algorithm>
+
 #include "Installation.h"
 #include "adapters/sqlite/Sqlite.h"
 #include "common/Text.h"
@@ -58,6 +60,13 @@ Row merged(const Row& written, Row former) {
   return former;
 }
 
+/// True when every one of `values` can be written.
+bool fit(const Row& values) {
+  return std::all_of(values.begin(), values.end(), [](const std::string& value) {
+    return text::isValidUtf8(value) && value.find('\0') == std::string::npos && value.size() < 4000;
+  });
+}
+
 /// Fills `fields` and calls `write`, which changes rows of person `number` alone; their `columns` hold the fields
 /// afterwards, or stay as they were.
 template <class Write>
@@ -72,6 +81,8 @@ void change(const Database& database, Input& input, const std::vector<std::strin
   expect(database.others(mine) == before, "no other row changes", number);
   const Rows now = database.select(columns);
   expect(done || now == row, "what fails writes nothing", number);
+  const bool something = std::any_of(values.begin(), values.end(), [](const auto& value) { return !value.empty(); });
+  expect(done || !meant || !something || !fit(values), "what can be written is written", values[0]);
   if (done && meant) expect(now == Rows{merged(values, row.at(0))}, "what was written stands there", values[0]);
 }
 
@@ -85,7 +96,7 @@ void newRow(const Database& database, Input& input, Runtime& runtime) {
   expect(database.others("false") == before, "no other row changes");
   const Rows rows = database.select("select * from datenaustausch");
   expect(rows.size() == (done ? 1 : 0), "one row is added, or none");
-  if (!done) return;
+  if (!done) return expect(!fit(values), "what can be written is written", values[0]);
   expect(rows[0] == merged(values, Row(values.size(), " ")), "what was written stands there", values[0]);
   std::string row = "select * from datenaustausch";
   std::string cursor;

@@ -110,7 +110,8 @@ void ini(Input input) {
   const bool written = files->WritePrivateProfileString(place.first, place.second, value, file);
   expect(written || test::readBytes(file) == bytes, "what cannot be written changes nothing");
   if (!written) return;
-  expect(read(place) == files->asReadBack(value), "a value is as was said", read(place).value());
+  const std::string kept = codepage::fromAnsi(codepage::toAnsi(value));
+  expect(read(place) == kept && files->asReadBack(value) == kept, "a value is as it was written", kept);
   expectOthers(before, valuesOf(codepage::fromAnsi(bytes), read), place);
 }
 
