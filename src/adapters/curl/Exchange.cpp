@@ -51,6 +51,10 @@ int Exchange::onTraffic(CURL*, curl_infotype type, char* data, std::size_t size,
   if (type == CURLINFO_TEXT) return 0;
   auto& self = *static_cast<Exchange*>(exchange);
   self.lastByte_ = std::chrono::steady_clock::now();
+  // A line that goes on from the one above is obsolete. Where it comes first, the library (7.88) would join it to the
+  // last field of the former answer, whose memory it has given back. Now it makes a field without a name of it.
+  const bool folded = type == CURLINFO_HEADER_IN && size > 0 && (*data == ' ' || *data == '\t');
+  if (folded) *data = ':';
   if (type == CURLINFO_SSL_DATA_IN) self.noteGreeting({data, size});
   if (type == CURLINFO_HEADER_OUT || type == CURLINFO_DATA_OUT) self.noteSent({data, size});
   return 0;
