@@ -24,7 +24,7 @@ void writePerson(ElementWriter person, const InquiryCriteria& criteria) {
 bool BuildZKRAnfrage(Runtime& runtime, KBAInterface& kba, platform::XmlDocument& document,
                      const InquiryCriteria& criteria) {
   const Konfiguration& settings = runtime.konfiguration;
-  return buildMessage(kba, document, inquiryType, settings.AnfrageURI, [&](ElementWriter root) {
+  const bool built = buildMessage(kba, document, inquiryType, settings.AnfrageURI, [&](ElementWriter root) {
     root.group("kopf").value("vers", "1.1").value("kenn", settings.ZEVISUserName).value("exver", "1.1.0");
     ElementWriter inquiry = root.group("anfrage");
     inquiry.value("kenza", text::trim(settings.KENZA)).value("sbk25", text::trim(settings.ZPPER));
@@ -36,6 +36,8 @@ bool BuildZKRAnfrage(Runtime& runtime, KBAInterface& kba, platform::XmlDocument&
       writePerson(inquiry.group("pers"), criteria);
     }
   });
+  if (!built) runtime.trace.TraceLine("Anfrage konnte nicht erstellt werden", trace_level::calls);
+  return built;
 }
 
 }  // namespace kartix

@@ -1,5 +1,6 @@
 #include "gateway/Login.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "common/Numbers.h"
@@ -51,7 +52,8 @@ Login::Answer Login::attempt(const std::string& password, const std::string& new
 }
 
 /// Nothing when the gateway gave no answer of a login, which the clerk has been told.
-std::optional<Login::Answer> Login::ask(const std::string& password, const std::string& newPassword) {
+std::optional<Login::Answer> Login::ask(const std::string& password, const std::string& newPassword,
+                                        const std::string& stored) {
   constexpr std::int32_t firstStatus = 100;
   constexpr std::int32_t lastStatus = 999;
   if (!newPassword.empty()) kba_.forgetChange();
@@ -59,17 +61,17 @@ std::optional<Login::Answer> Login::ask(const std::string& password, const std::
   try {
     answer = attempt(password, newPassword);
   } catch (...) {
-    doubt(password, newPassword, "Abbruch");
+    doubt(stored, newPassword, "Abbruch");
     throw;
   }
   const bool reportable = answer.status < 0 || (answer.status >= firstStatus && answer.status <= lastStatus);
   if (answer.status != httpOk && reportable) {
-    doubt(password, newPassword, (answer.status < 0 ? "COM/" : "HTTP/") + std::to_string(answer.status));
+    doubt(stored, newPassword, (answer.status < 0 ? "COM/" : "HTTP/") + std::to_string(answer.status));
     kba_.CheckHttpStatus(answer.status, answer.errorText);
     return std::nullopt;
   }
   if (answer.kind != "ZEVIS-HINWEIS") {
-    doubt(password, newPassword, "Antwort nicht verstanden");
+    doubt(stored, newPassword, "Antwort nicht verstanden");
     runtime_.reporting.ReportError(201, answer.kind);
     return std::nullopt;
   }
@@ -78,7 +80,7 @@ std::optional<Login::Answer> Login::ask(const std::string& password, const std::
 }
 
 /// Remembers a change that went out when no answer tells of it.
-void Login::doubt(const std::string& password, const std::string& newPassword, std::string_view reason) {
+void Login::doubt(const std::string& stored, const std::string& newPassword, std::string_view reason) {
   if (newPassword.empty()) return;
   const bool sent = kba_.lastChange() == KBAInterface::Change::unanswered;
   // The message that this login is for has been answered: with the wish for a login.
@@ -87,35 +89,39 @@ void Login::doubt(const std::string& password, const std::string& newPassword, s
   const std::string& user = runtime_.konfiguration.ZEVISUserName;
   traceUnclearEnd(runtime_.trace, "Passwortänderung", user, reason);
   runtime_.trace.TraceLine("Das alte ZEVIS-Passwort bleibt gespeichert", trace_level::calls);
-  unclear_ = {user, password, newPassword};
+  if (!unclear_ || unclear_->user != user || unclear_->oldPassword != stored) unclear_ = {user, stored, {}};
+  std::erase(unclear_->newPasswords, newPassword);
+  unclear_->newPasswords.push_back(newPassword);
 }
 
-/// The new password of a change in doubt when `password` is the old one; given once.
-std::optional<std::string> Login::takeAlternativeTo(const std::string& password) {
+/// The new password of a change in doubt when `stored` is the old one; `refused` is none any more.
+std::optional<std::string> Login::alternativeTo(const std::string& stored, const std::string& refused) {
   const bool fits =
-      unclear_ && unclear_->user == runtime_.konfiguration.ZEVISUserName && unclear_->oldPassword == password;
+      unclear_ && unclear_->user == runtime_.konfiguration.ZEVISUserName && unclear_->oldPassword == stored;
   if (!fits) return std::nullopt;
-  std::string alternative = std::move(unclear_->newPassword);
-  unclear_.reset();
-  return alternative;
+  std::erase(unclear_->newPasswords, refused);
+  if (unclear_->newPasswords.empty()) return std::nullopt;
+  return unclear_->newPasswords.back();
 }
 
 /// The gateway knows `newPassword` from now on, whether that can be stored and told or not. One that could not be
-/// stored is tried when the former is refused.
-void Login::adopt(const std::string& formerPassword, const std::string& newPassword) {
+/// stored is tried when the former is refused. True when it is the stored one from now on.
+bool Login::adopt(const std::string& stored, const std::string& newPassword) {
+  bool saved = false;
   try {
-    unclear_ = {runtime_.konfiguration.ZEVISUserName, formerPassword, newPassword};
-    runtime_.konfiguration.SaveZEVISPass(newPassword);
+    unclear_ = {runtime_.konfiguration.ZEVISUserName, stored, {newPassword}};
+    saved = runtime_.konfiguration.SaveZEVISPass(newPassword);
     runtime_.konfiguration.ZEVISPass = newPassword;
-    unclear_.reset();
+    if (saved) unclear_.reset();
   } catch (...) {
     runtime_.trace.TraceLine("Neues ZEVIS-Passwort konnte nicht gespeichert werden", trace_level::calls);
   }
   try {
-    if (runtime_.reporting.InfoMsg("Das ZEVIS-Passwort wurde geändert.", hintCaption)) return;
+    if (runtime_.reporting.InfoMsg("Das ZEVIS-Passwort wurde geändert.", hintCaption)) return saved;
   } catch (...) {  // traced below
   }
   runtime_.trace.TraceLine("Meldung nicht angezeigt", trace_level::calls);
+  return saved;
 }
 
 /// True when the clerk has entered a new password; else `result` is what the login comes to.
@@ -134,35 +140,38 @@ bool Login::askForChange(std::string& newPassword, std::int32_t& result) {
 }
 
 std::int32_t Login::ZEVISLogin(std::string password, std::string& returnText, std::string& newPassword) {
-  std::string former;  // the stored one, while `password` comes from a change in doubt
-  bool offered = false;
+  std::string stored = password;
+  bool offered = false;  // `password` comes from a change in doubt
   for (;;) {
-    const auto answer = ask(password, newPassword);
+    const auto answer = ask(password, newPassword, stored);
     if (!answer) return login_result::failed;
     returnText = answer->RETT;
     std::int32_t result = answer->RETC;
     // A confirmation that nobody asked for must not replace the stored password by an empty one.
     if (result == passwordChanged && !newPassword.empty()) {
-      adopt(password, newPassword);
+      const bool saved = adopt(stored, newPassword);
       password = std::exchange(newPassword, {});
+      if (saved) stored = password;
       offered = false;
       continue;
     }
     const bool demanded = login_result::changeDemanded(result);
     if (result >= firstRefusal && !demanded) {
-      const auto alternative = takeAlternativeTo(password);
+      auto alternative = alternativeTo(stored, password);
       if (!alternative) {
         runtime_.reporting.ReportError(202, std::to_string(result), returnText);
         return login_result::refused;
       }
-      former = std::exchange(password, *alternative);
+      password = std::move(*alternative);
       if (newPassword == password) newPassword.clear();
       offered = true;
       continue;
     }
-    if (offered) adopt(former, password);
+    if (offered && adopt(stored, password)) stored = password;
     offered = false;
-    unclear_.reset();
+    // One that counts and could not be stored is needed once more when the stored one is.
+    const auto counts = [&](const std::string& known) { return known == password; };
+    if (unclear_ && std::ranges::none_of(unclear_->newPasswords, counts)) unclear_.reset();
     if (demanded) {
       if (!askForChange(newPassword, result)) return result;
       continue;

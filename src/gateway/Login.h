@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kartix {
 
@@ -48,29 +49,30 @@ class Login {
   /// has confirmed it.
   ///
   /// A change that nobody has confirmed or refused leaves the old password where it is. When the old one is refused
-  /// afterwards, the new one is tried, once.
+  /// afterwards, the new one is tried, until that is refused too; so is one that is confirmed and could not be
+  /// stored.
   std::int32_t ZEVISLogin(std::string password, std::string& returnText, std::string& newPassword);
 
  private:
   struct Answer;
-  /// A change of which nobody knows whether the gateway has made it.
-  struct UnclearChange {
+  /// Passwords of which one may count at the gateway in place of the stored one.
+  struct Alternatives {
     std::string user;
-    std::string oldPassword;
-    std::string newPassword;
+    std::string oldPassword;                ///< the stored one
+    std::vector<std::string> newPasswords;  ///< the latest comes last
   };
 
   Answer attempt(const std::string& password, const std::string& newPassword);
-  std::optional<Answer> ask(const std::string& password, const std::string& newPassword);
-  void doubt(const std::string& password, const std::string& newPassword, std::string_view reason);
-  std::optional<std::string> takeAlternativeTo(const std::string& password);
-  void adopt(const std::string& formerPassword, const std::string& newPassword);
+  std::optional<Answer> ask(const std::string& password, const std::string& newPassword, const std::string& stored);
+  void doubt(const std::string& stored, const std::string& newPassword, std::string_view reason);
+  std::optional<std::string> alternativeTo(const std::string& stored, const std::string& refused);
+  bool adopt(const std::string& stored, const std::string& newPassword);
   bool askForChange(std::string& newPassword, std::int32_t& result);
 
   Runtime& runtime_;
   KBAInterface& kba_;
   PasswordPrompt& prompt_;
-  std::optional<UnclearChange> unclear_;
+  std::optional<Alternatives> unclear_;
 };
 
 }  // namespace kartix

@@ -2,14 +2,16 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdint>
+#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
+#include <new>
 #include <optional>
 #include <string>
 
 #include "adapters/machine/Machine.h"
+#include "adapters/script/JsonText.h"
 #include "adapters/script/Script.h"
 #include "adapters/script/Scripted.h"
 #include "adapters/script/Transcript.h"
@@ -37,8 +39,6 @@ struct Options {
   std::string transcript;
   std::string objects;
 };
-
-using Json = nlohmann::ordered_json;
 
 constexpr std::int32_t notCarriedOut = -1;
 
@@ -113,28 +113,44 @@ class Surroundings {
   std::unique_ptr<platform::SoundPlayer> sounds_;
 };
 
-/// Runs the operation; gives what standard output is to receive.
-Json operate(Component& component, const Options& options) {
+std::string describe(dispatch::Object& kartix, const Options& options, bool ready, std::int32_t result) {
+  adapters::JsonText json;
+  json.open('{').name("init").boolean(ready).name("operation").text(options.operation);
+  json.name("result").number(std::int64_t{result}).name("properties").open('{');
+  for (const auto& [name, value] : dispatch::properties(kartix)) json.name(name).text(value);
+  return json.close().close().line();
+}
+
+/// Runs the operation; gives what standard output is to receive. Whatever it has come to is told, also on a machine
+/// that is short of memory.
+std::string operate(Component& component, const Options& options) {
   dispatch::Object kartix = makeKartix(component);
   const bool ready = callInit(kartix, options.clerk, options.person);
   const std::int32_t result =
       ready ? callOperation(kartix, options.operation, options.lfdnr.value_or("")) : notCarriedOut;
-  Json properties = Json::object();
-  for (const auto& [name, value] : dispatch::properties(kartix)) properties[name] = value;
-  return {{"init", ready}, {"operation", options.operation}, {"result", result}, {"properties", properties}};
+  try {
+    return describe(kartix, options, ready, result);
+  } catch (const std::bad_alloc&) {  // a second chance
+  }
+  try {
+    return describe(kartix, options, ready, result);
+  } catch (const std::bad_alloc&) {
+    std::fprintf(stderr, "kartix: the result was %d, its properties are lost\n", static_cast<int>(result));
+    throw;
+  }
 }
 
 int perform(const Options& options) {
   if (!options.lfdnr && options.operation != "none") throw UsageError("--lfdnr is required");
   startTime(options.now);
   Surroundings surroundings(options);
-  Json outcome;
+  std::string outcome;
   {
     Component component(surroundings.setup(options));
     component.useGatewayObjects();
     outcome = operate(component, options);
   }
-  std::cout << outcome.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
+  std::cout << outcome << std::endl;
   return surroundings.finish(options);
 }
 

@@ -18,9 +18,10 @@ bool isNone(const Setting& setting, const std::string& value) {
   return text::trim(setting.secret() ? DecryptLong(value) : value).empty();
 }
 
-[[noreturn]] void refuseWrite(const platform::Registry& registry, const Setting& setting) {
+/// `place` is what was to be written, with a colon, where that is one setting.
+[[noreturn]] void refuseWrite(const platform::Registry& registry, const std::string& place) {
   const std::string reason = registry.writeFailure();
-  throw CommandFailure(setting.path() + ": Der Einstellungsspeicher kann nicht geschrieben werden" +
+  throw CommandFailure(place + "Der Einstellungsspeicher kann nicht geschrieben werden" +
                        (reason.empty() ? "" : ": " + reason));
 }
 
@@ -84,14 +85,22 @@ void checkType(const Setting& setting, const std::string& value) {
 }
 
 void storeValue(platform::Registry& registry, const Setting& setting, const std::string& value) {
-  checkValue(setting, value);
-  if (!registry.RegCreateKeyEx(setting.key()) || !registry.RegSetValueEx(setting.key(), setting.name, value)) {
-    refuseWrite(registry, setting);
+  storeValues(registry, {{&setting, value}});
+}
+
+void storeValues(platform::Registry& registry, const Values& values) {
+  std::vector<platform::RegistryEntry> entries;
+  for (const auto& [setting, value] : values) {
+    checkValue(*setting, value);
+    entries.push_back({setting->key(), std::string(setting->name), value});
+  }
+  if (!registry.RegSetValues(entries)) {
+    refuseWrite(registry, values.size() == 1 ? values.front().first->path() + ": " : "");
   }
 }
 
 void removeValue(platform::Registry& registry, const Setting& setting) {
-  if (!registry.RegDeleteValue(setting.key(), setting.name)) refuseWrite(registry, setting);
+  if (!registry.RegDeleteValue(setting.key(), setting.name)) refuseWrite(registry, setting.path() + ": ");
 }
 
 void requireStore(const std::filesystem::path& file) {

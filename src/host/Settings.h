@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "runtime/SettingsTable.h"
 
@@ -48,6 +50,10 @@ void checkType(const Setting& setting, const std::string& value);
 /// Stores `value` as it stands, once it is checked. Raises `CommandFailure`, with the system's reason, when the store
 /// cannot be written.
 void storeValue(platform::Registry& registry, const Setting& setting, const std::string& value);
+
+/// `storeValue` for several at once: all of them or, in a store that is a file, none.
+using Values = std::vector<std::pair<const Setting*, std::string>>;
+void storeValues(platform::Registry& registry, const Values& values);
 
 /// Takes the value away. Raises `CommandFailure` like `storeValue`.
 void removeValue(platform::Registry& registry, const Setting& setting);

@@ -127,16 +127,20 @@ void unset(const Options& options) {
   removeValue(*openStore(options), findSetting(options.name));
 }
 
-/// Copies every setting that `from` holds, or none when one of them cannot be stored; gives their number.
+/// Copies every setting that `from` holds, or none when one of them cannot be read or stored; gives their number.
 std::size_t copySettings(platform::Registry& from, platform::Registry& to) {
-  std::vector<std::pair<const Setting*, std::string>> found;
+  Values found;
   for (const Setting& setting : settingsTable()) {
     const auto value = storedValue(from, setting);
     if (!value) continue;
-    checkValue(setting, *value);
     found.emplace_back(&setting, *value);
   }
-  for (const auto& [setting, value] : found) storeValue(to, *setting, value);
+  if (found.empty()) return 0;
+  // What could not be read would be missing in silence.
+  if (const std::string failure = from.readFailure(); !failure.empty()) {
+    throw CommandFailure("Die Einstellungen konnten nicht alle gelesen werden: " + failure);
+  }
+  storeValues(to, found);
   return found.size();
 }
 

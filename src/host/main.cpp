@@ -40,7 +40,8 @@ int complain(const std::exception& error, int status) {
 int finish(int status) {
   if (std::cout.flush()) return status;
   std::cerr << "kartix: standard output cannot be written\n";
-  return status == exit_status::done ? exit_status::failed : status;
+  // That a script did not fit is the lesser thing: an operation has been carried out, and its result is lost.
+  return status == exit_status::scriptDidNotFit || status == exit_status::done ? exit_status::failed : status;
 }
 
 int runCommand(std::vector<std::string> arguments) {

@@ -210,7 +210,7 @@ bool Konfiguration::keepsZEVISPass(std::string_view newPass) const {
   return iniKeeps(scrambled) && text::trim(DecryptLong(scrambled)) == newPass;
 }
 
-void Konfiguration::SaveZEVISPass(std::string_view newPass) {
+bool Konfiguration::SaveZEVISPass(std::string_view newPass) {
   const std::string scrambled = global_.CryptLong(newPass);
   const bool stored =
       keepsZEVISPass(newPass) &&
@@ -218,6 +218,7 @@ void Konfiguration::SaveZEVISPass(std::string_view newPass) {
                         : RegWriteString(std::string(productKey) + SektionKennung, "ZEVISPass", scrambled));
   // The clerk is not told, but whoever looks for the reason of the next refused login finds it.
   if (!stored) trace_.TraceLine("Neues ZEVIS-Passwort konnte nicht gespeichert werden", trace_level::calls);
+  return stored;
 }
 
 bool Konfiguration::GetImageDir(std::string_view personennummer) {

@@ -62,8 +62,8 @@ class Konfiguration {
   bool keepsZEVISPass(std::string_view newPass) const;
 
   /// Stores a new gateway password, scrambled, where the old one came from; one that would not come back as it is
-  /// leaves the old one there. A failure is traced only.
-  void SaveZEVISPass(std::string_view newPass);
+  /// leaves the old one there. A failure is traced only; false then.
+  bool SaveZEVISPass(std::string_view newPass);
 
   /// Works out the image path (without extension) of a person and sets `ImageDir`; False when the installation names
   /// no image directory.

@@ -46,6 +46,12 @@ Json parseJson(std::string_view text) {
   }
 }
 
+void dissolve(Json& value) noexcept {
+  if (!value.is_structured()) return;
+  for (Json& part : value) dissolve(part);
+  value.clear();
+}
+
 std::string toLine(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
 }  // namespace kartix::adapters

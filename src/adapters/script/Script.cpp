@@ -116,7 +116,14 @@ std::string describe(const Step& step) {
 }
 
 Script Script::parse(std::string_view json) {
-  const Json steps = parseJson(json);
+  struct Steps {
+    explicit Steps(Json parsed) : json(std::move(parsed)) {}
+    ~Steps() { dissolve(json); }
+    Steps(const Steps&) = delete;
+    Steps& operator=(const Steps&) = delete;
+    Json json;
+  } parsed(parseJson(json));
+  const Json& steps = parsed.json;
   if (!steps.is_array()) throw BadInput("a script is an array of steps");
   Script script;
   script.steps_.reserve(steps.size());

@@ -63,8 +63,14 @@ const FileContent& WatchedFile::content(bool& changed) {
   const std::optional<FileStamp> now = stampOf(path_);
   changed = !now || !seen_ || !seen_->sameState(*now);
   if (!changed) return content_;
-  content_ = readFile(path_, settingsLimit);
+  FileContent fresh = readFile(path_, settingsLimit);
   seen_.reset();
+  if (fresh.failure == std::errc::io_error && content_.state == FileContent::State::read) {
+    // What the disk or the network does not give at the moment still counts as it was read last.
+    changed = false;
+    return content_;
+  }
+  content_ = std::move(fresh);
   if (now && !now->justNow) seen_ = now;
   return content_;
 }

@@ -17,6 +17,15 @@ void createDirectory(const std::filesystem::path& directory) {
   makeOwnDirectory(directory);
 }
 
+/// Why nothing can be read from `content`; empty when something can.
+std::string trouble(const FileContent& content) {
+  if (content.state == FileContent::State::read) {
+    return RegDocument::parse(content.bytes) ? "" : "beschädigt, oder kein Export der Registrierung";
+  }
+  if (content.failure) return content.failure.message();
+  return "keine Datei, oder größer als 4 MiB";
+}
+
 class RegFile : public platform::Registry {
  public:
   explicit RegFile(std::filesystem::path file) : file_(std::move(file)) {}
@@ -25,6 +34,7 @@ class RegFile : public platform::Registry {
     bool changed = false;
     const FileContent& content = file_.content(changed);
     if (changed) document_ = parse(content);
+    if (!document_) readFailure_ = trouble(content);
     return document_ ? document_->value(key, name) : std::nullopt;
   }
 
@@ -36,6 +46,18 @@ class RegFile : public platform::Registry {
     return update([&](RegDocument& document) { return document.setString(key, name, text); });
   }
 
+  bool RegSetValues(const std::vector<platform::RegistryEntry>& entries) override {
+    return update([&](RegDocument& document) {
+      for (const auto& [key, name, text] : entries) {
+        if (!document.setString(key, name, text)) return false;
+        auto changed = RegDocument::parse(document.encode());  // which finds its values again
+        if (!changed) return false;
+        document = std::move(*changed);
+      }
+      return true;
+    });
+  }
+
   bool RegDeleteValue(std::string_view key, std::string_view name) override {
     return update([&](RegDocument& document) {
       document.remove(key, name);
@@ -43,6 +65,7 @@ class RegFile : public platform::Registry {
     });
   }
 
+  std::string readFailure() const override { return readFailure_; }
   std::string writeFailure() const override { return failure_; }
 
  private:
@@ -77,18 +100,12 @@ class RegFile : public platform::Registry {
   WatchedFile file_;
   std::optional<RegDocument> document_;
   std::string failure_;
+  std::string readFailure_;
 };
 
 }  // namespace
 
-std::string registryFileTrouble(const std::filesystem::path& file) {
-  const FileContent content = readFile(file, settingsLimit);
-  if (content.state == FileContent::State::read) {
-    return RegDocument::parse(content.bytes) ? "" : "beschädigt, oder kein Export der Registrierung";
-  }
-  if (content.failure) return content.failure.message();
-  return "keine Datei, oder größer als 4 MiB";
-}
+std::string registryFileTrouble(const std::filesystem::path& file) { return trouble(readFile(file, settingsLimit)); }
 
 std::unique_ptr<platform::Registry> makeRegFile(std::filesystem::path file) {
   return std::make_unique<RegFile>(std::move(file));
