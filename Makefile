@@ -1,5 +1,5 @@
 # Every target is one line over scripts/ and the CMake presets. "make help" lists them.
-.PHONY: help build demo pictures test windows bench fuzz format tidy install uninstall package clean
+.PHONY: help build demo pictures test windows bench fuzz faults soak format tidy install uninstall package clean
 
 build: ## Build the release preset: build/release/bin/kartix and the library
 	@scripts/build release
@@ -21,6 +21,12 @@ bench: ## Set up, build and run the benchmarks
 
 fuzz: ## Set up, build with clang, and run every fuzz target; each for MINUTES, which is 1
 	@scripts/fuzz
+
+faults: ## Set up, build, and let one call after another into the system fail in every operation
+	@scripts/faults
+
+soak: ## Set up, build, and play 10,000 operations in one process
+	@scripts/soak
 
 format: ## Format every source file
 	@scripts/format

@@ -1,29 +1,21 @@
-#include "faults/FailingMemory.h"
-
 #include <curl/curl.h>
 #include <libxml/xmlmemory.h>
 #include <malloc.h>
 #include <openssl/crypto.h>
 #include <sqlite3.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 
-namespace kartix::test::memory {
+#include "faults/calls/FailingCalls.h"
+
+// Allocations of this program: those of C++, and of libcurl, libxml2, SQLite and OpenSSL, for which it brings the
+// allocator, since the sanitizers have that of C to themselves.
+
 namespace {
 
-std::atomic<bool> counting = false;
-std::atomic<long> count = 0;
-std::atomic<long> firstFailing = 0;
-std::atomic<long> firstGood = 0;
-
-bool fails() noexcept {
-  if (!counting) return false;
-  const long number = ++count;
-  return number >= firstFailing && number < firstGood;
-}
+bool fails() noexcept { return kartix::test::calls::fails(kartix::test::calls::Kind::allocation); }
 
 void* allocate(std::size_t size) noexcept { return fails() ? nullptr : std::malloc(size); }
 void* allocateZeroed(std::size_t number, std::size_t size) noexcept {
@@ -56,22 +48,6 @@ bool takeOver() {
 const bool takenOver = takeOver() || (std::abort(), false);
 
 }  // namespace
-
-void failFrom(long first, long span) noexcept {
-  count = 0;
-  firstFailing = first;
-  firstGood = first + span;
-  counting = true;
-}
-
-long failNoMore() noexcept {
-  counting = false;
-  return count;
-}
-
-}  // namespace kartix::test::memory
-
-using kartix::test::memory::allocate;
 
 void* operator new(std::size_t size) {
   if (void* const memory = allocate(size > 0 ? size : 1)) return memory;

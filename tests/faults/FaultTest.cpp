@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -15,7 +16,7 @@
 
 #include "adapters/script/Scripted.h"
 #include "component/Dispatch.h"
-#include "faults/FailingMemory.h"
+#include "faults/calls/FailingCalls.h"
 #include "platform/forms/Form.h"
 #include "scenarios/Play.h"
 #include "support/Files.h"
@@ -23,7 +24,7 @@
 namespace kartix::test {
 namespace {
 
-/// One scenario, played again and again, each time with other allocations failing once it has come to `moment`.
+/// One scenario, played again and again, each time with other calls failing once it has come to `moment`.
 struct Sweep {
   const char* scenario;
   const char* moment;     ///< the window that closes, or the status that is shown
@@ -32,18 +33,24 @@ struct Sweep {
   bool resultIsOfChange;  ///< the operation succeeds only when the change was made
   int places;             ///< how many, evenly spread; KARTIX_FAULT_PLACES for another number
   enum class Road { ofScenario, tls, ownObjects } road = Road::ofScenario;
-  long span = 1;  ///< how many allocations fail in a row; KARTIX_FAULT_SPAN for another number
+  long span = 1;  ///< how many calls fail in a row; KARTIX_FAULT_SPAN for another number
+  calls::Kind kind = calls::Kind::allocation;
+  int error = ENOMEM;
 };
+
+using calls::Kind;
 
 constexpr const char* orderTold = "Bestellung erfolgreich";
 constexpr const char* sendingNotification = "Mitteilung wird gesendet...";
 constexpr const char* passwordTold = "Passwort wurde geändert";
 
-constexpr std::array<Sweep, 12> sweeps = {{
+constexpr auto here = Sweep::Road::ofScenario;
+
+constexpr auto sweeps = std::to_array<Sweep>({
     {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 80},
     {"order_host_objects__accepted", "MessageBox", orderTold, "", true, 50},
-    {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 30, Sweep::Road::ofScenario, 50},
-    {"order_host_objects__accepted", "MessageBox", orderTold, "", true, 20, Sweep::Road::ofScenario, 50},
+    {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 30, here, 50},
+    {"order_host_objects__accepted", "MessageBox", orderTold, "", true, 20, here, 50},
     {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 40, Sweep::Road::ownObjects},
     {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 40, Sweep::Road::tls},
     {"cancellation_own_road__accepted", "Storno wird gesendet...", "Stornierung erfolgreich", "POST /bestellung",
@@ -53,7 +60,19 @@ constexpr std::array<Sweep, 12> sweeps = {{
     {"notification_host_objects__accepted", sendingNotification, "erfolgreich übertragen", "", true, 15},
     {"inquiry_found_own_road__person__hit_list", "Anfrage ZKR", "", "no change", false, 30},
     {"login_password_change__registry", "ZEVISPassChange", passwordTold, "<PASSN>", false, 30},
-}};
+    {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 15, here, 1, Kind::write, ENOSPC},
+    {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 3, here, 1, Kind::flush, EIO},
+    {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 15, here, 1, Kind::read, EIO},
+    {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 5, here, 1, Kind::connect,
+     ECONNREFUSED},
+    {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 5, here, 1, Kind::send, EPIPE},
+    {"order_own_road__accepted", "MessageBox", orderTold, "POST /bestellung", true, 5, here, 1, Kind::receive,
+     ECONNRESET},
+    {"login_password_change__registry", "ZEVISPassChange", passwordTold, "<PASSN>", false, 10, here, 1, Kind::write,
+     EIO},
+    {"login_password_change__registry", "ZEVISPassChange", passwordTold, "<PASSN>", false, 5, here, 1, Kind::rename,
+     EACCES},
+});
 
 /// What the processes of a sweep have in common.
 struct Shared {
@@ -62,7 +81,7 @@ struct Shared {
   std::atomic<int> taken;             ///< changes that the gateway, or the host's object, has taken
   std::atomic<bool> ended;            ///< the operation has returned
   std::int32_t result;
-  long allocations;
+  long counted;
   std::size_t told;              ///< size of `seen`
   std::array<char, 65536> seen;  ///< name and text of the windows that the clerk has seen since the moment
   int failures;
@@ -95,7 +114,7 @@ long wished(const char* variable, long usual) {
   return value ? std::atol(value) : usual;
 }
 
-/// Splits the process in two for each place: the one goes on and has its allocations fail, the other waits for it,
+/// Splits the process in two for each place: the one goes on and has its calls fail, the other waits for it,
 /// looks at what became of it, and goes on with the next place.
 class Places {
  public:
@@ -112,7 +131,7 @@ class Places {
     if (branch(0, 0)) return;
     if (!shared_.ended || shared_.result != 1) shared_.complain("fails without a fault");
     message_ = shared_.message;
-    const long all = shared_.allocations;
+    const long all = shared_.counted;
     const long places = std::min(wished("KARTIX_FAULT_PLACES", sweep_.places), all);
     const long span = wished("KARTIX_FAULT_SPAN", sweep_.span);
     if (const long one = wished("KARTIX_FAULT_PLACE", 0); one > 0) {
@@ -128,7 +147,8 @@ class Places {
 
   /// The operation of a process that has gone on is over.
   void end(std::int32_t result) {
-    shared_.allocations = memory::failNoMore();
+    calls::failNoMore();
+    shared_.counted = calls::state().counts.at(static_cast<std::size_t>(sweep_.kind));
     shared_.result = result;
     shared_.ended = true;
     over_ = false;
@@ -147,7 +167,7 @@ class Places {
       constexpr unsigned patience = 60;
       ::alarm(patience);
       if (!std::freopen((directory_ / "stderr").c_str(), "w", stderr)) std::abort();
-      memory::failFrom(place, span);
+      calls::failFrom(sweep_.kind, place, span, sweep_.error);
       return true;
     }
     int status = 0;
@@ -279,6 +299,7 @@ Json contentOf(const Sweep& sweep) {
     if (scenario.name != sweep.scenario) continue;
     Json content = scenario.content;
     traceCalls(content);
+    if (sweep.kind != Kind::allocation) content["settings"]["ZKR.Bestellbuch"] = "$DIR/book.txt";
     if (sweep.road == Sweep::Road::ownObjects) {
       content["settings"]["ZKR.ZKRNeu"] = "1";
       content["objects"] = "gateway";
@@ -295,9 +316,9 @@ Json contentOf(const Sweep& sweep) {
   throw BadScenario(std::string("there is no ") + sweep.scenario);
 }
 
-class FailingAllocations : public testing::TestWithParam<Sweep> {};
+class FailingCalls : public testing::TestWithParam<Sweep> {};
 
-TEST_P(FailingAllocations, EndNoOperationSilently) {
+TEST_P(FailingCalls, EndNoOperationSilently) {
   const Sweep& sweep = GetParam();
   void* const memory = ::mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   ASSERT_NE(memory, MAP_FAILED);
@@ -327,10 +348,10 @@ TEST_P(FailingAllocations, EndNoOperationSilently) {
 std::string nameOf(const testing::TestParamInfo<Sweep>& info) {
   constexpr std::array<const char*, 3> roads = {"", "_over_tls", "_by_own_objects"};
   return std::string(info.param.scenario) + roads.at(static_cast<std::size_t>(info.param.road)) +
-         (info.param.span > 1 ? "_in_a_row" : "");
+         (info.param.span > 1 ? "_in_a_row_" : "_") + calls::kindNames.at(static_cast<std::size_t>(info.param.kind));
 }
 
-INSTANTIATE_TEST_SUITE_P(Faults, FailingAllocations, testing::ValuesIn(sweeps), nameOf);
+INSTANTIATE_TEST_SUITE_P(Faults, FailingCalls, testing::ValuesIn(sweeps), nameOf);
 
 }  // namespace
 }  // namespace kartix::test
