@@ -8,13 +8,14 @@ namespace kartix::test {
 namespace {
 
 /// What starts the operation of a window.
-const std::map<std::string, std::string> starters = {{"StartForm", "Button[0]"},
-                                                     {"ZKR", "Button[0]"},
-                                                     {"Bestellung", "Button[0]"},
-                                                     {"fStorno", "Button[0]"},
-                                                     {"Mitteilung", "Button[0]"}};
+const std::map<std::string, std::string> starters = {{"StartForm", "Button[0]"},  {"ZKR", "Button[0]"},
+                                                     {"Bestellung", "Button[0]"}, {"fStorno", "Button[0]"},
+                                                     {"Mitteilung", "Button[0]"}, {"ZEVISPassChange", "Button[0]"}};
 
-void start(forms::Form& form, const std::string& button) {
+void start(forms::Form& form, const std::string& button, const std::string& newPassword) {
+  for (const char* const field : {"Text[1]", "Text[2]"}) {
+    if (form.name() == "ZEVISPassChange") dynamic_cast<forms::TextField&>(*form.find(field)).userEdit(newPassword);
+  }
   if (auto* const kind = dynamic_cast<forms::ComboBox*>(form.find("Combo[0]"))) kind->userSelect(0);
   form.find(button)->userClick();
 }
@@ -29,7 +30,8 @@ platform::UserInterface::ShowResult Clerk::showModal(forms::Form& form) {
     if (form.name() == "MessageBox") {
       answer(form);
     } else if (first && starter != starters.end()) {
-      start(form, starter->second);
+      const bool changes = form.name() == "StartForm" && !newPassword_.empty();
+      start(form, changes ? "ZEVISPass" : starter->second, newPassword_);
     } else {
       form.userClose();
     }

@@ -14,6 +14,9 @@ class Clerk : public IdleParts {
  public:
   ShowResult showModal(forms::Form& form) override;
 
+  /// In place of inquiring, changes the gateway's password to this one, unless it is empty.
+  void wantPassword(std::string password) { newPassword_ = std::move(password); }
+
   /// The messages since the last call, as "caption|text".
   std::vector<std::string> takeMessages() { return std::exchange(messages_, {}); }
 
@@ -21,6 +24,7 @@ class Clerk : public IdleParts {
   void answer(forms::Form& message);
 
   std::vector<std::string> messages_;
+  std::string newPassword_;
 };
 
 }  // namespace kartix::test

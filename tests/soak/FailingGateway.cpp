@@ -21,6 +21,7 @@ std::string accepted(Kind kind, std::size_t number) {
     case Kind::notification:
       return "<zkr-mhinweis><retc>0</retc><rett>verarbeitet</rett></zkr-mhinweis>";
     case Kind::inquiry:
+    case Kind::passwordChange:
       break;
   }
   return "<zkr-auskunft><bestandsdaten><kgknr>DF00000000000001</kgknr></bestandsdaten></zkr-auskunft>";
@@ -42,6 +43,18 @@ std::string refused(Kind kind, const std::string& code, bool list) {
 std::string loginWanted(Kind kind) {
   const bool personaliser = kind == Kind::order || kind == Kind::cancellation;
   return answer(refused(kind, personaliser ? "3000" : "3020", false));
+}
+
+std::string loginAnswer(const std::string& code, const std::string& headers = {}) {
+  return answer("<ZEVIS-HINWEIS><RETC>" + code + "</RETC></ZEVIS-HINWEIS>", "200 OK", headers);
+}
+
+/// The text of the element `name`; empty when there is none.
+std::string textOf(const std::string& document, const std::string& name) {
+  const std::string begin = "<" + name + ">";
+  const auto at = document.find(begin);
+  if (at == std::string::npos) return {};
+  return document.substr(at + begin.size(), document.find("</", at) - at - begin.size());
 }
 
 /// What becomes of a message that is answered by a fault.
@@ -126,6 +139,18 @@ void FailingGateway::expect(std::size_t number, Kind kind, Road road) {
   current_ = number;
   road_ = static_cast<std::size_t>(road);
   kinds_[number] = kind;
+  server_.forgetRequests();
+}
+
+void FailingGateway::recover() {
+  const std::scoped_lock lock(mutex_);
+  recovered_ = true;
+  sessions_.clear();
+}
+
+std::string FailingGateway::password(const std::string& account) {
+  const std::scoped_lock lock(mutex_);
+  return passwords_.try_emplace(account, "geheim1").first->second;
 }
 
 std::map<std::size_t, Seen> FailingGateway::seen() {
@@ -140,7 +165,7 @@ std::map<std::string, FailingGateway::Times> FailingGateway::taken() {
 
 Reply FailingGateway::replyTo(const RecordedRequest& request) {
   const std::scoped_lock lock(mutex_);
-  if (request.head.starts_with("POST /anmeldung ")) return logIn();
+  if (request.head.starts_with("POST /anmeldung ")) return logIn(request.body);
   constexpr std::string_view prefix = "DF00000001";
   const auto at = request.body.find(prefix);
   // An inquiry carries no number of ours.
@@ -154,28 +179,33 @@ Reply FailingGateway::replyTo(const RecordedRequest& request) {
   const bool known =
       session != std::string::npos &&
       sessions_.contains(request.head.substr(session + 12, request.head.find(';', session) - session - 12));
-  if (known && random_() % 50 != 0) return carryOut(kind, number, seen);
+  if (known && (recovered_ || random_() % 50 != 0)) return carryOut(kind, number, seen);
   seen.asked = seen.refused = true;
   ++taken_["login asked for"][road_];
   return {loginWanted(kind)};
 }
 
-Reply FailingGateway::logIn() {
-  if (random_() % 4 == 0) {
-    ++taken_["login fails"][road_];
-    return {"", Then::close};
+Reply FailingGateway::logIn(const std::string& body) {
+  std::string& password = passwords_.try_emplace(textOf(body, "KENN"), "geheim1").first->second;
+  const bool fails = !recovered_ && random_() % 4 == 0;
+  if (fails) ++taken_["login fails"][road_];
+  if (fails && random_() % 2 == 0) return {"", Then::close};
+  if (textOf(body, "PASS") != password) return {loginAnswer("1001")};
+  if (const std::string changed = textOf(body, "PASSN"); !changed.empty()) {
+    password = changed;
+    return fails ? Reply{"", Then::close} : Reply{loginAnswer("300")};
   }
+  if (fails) return {"", Then::close};
   const std::string session = std::to_string(random_());
   sessions_.insert(session);
-  return {answer("<ZEVIS-HINWEIS><RETC>0</RETC></ZEVIS-HINWEIS>", "200 OK",
-                 "Set-Cookie: kba.session=" + session + "\r\nSet-Cookie: JServSessionIdroot=x\r\n")};
+  return {loginAnswer("0", "Set-Cookie: kba.session=" + session + "\r\nSet-Cookie: JServSessionIdroot=x\r\n")};
 }
 
 Reply FailingGateway::carryOut(Kind kind, std::size_t number, Seen& seen) {
   const std::string body = accepted(kind, number);
-  if (random_() % 2 == 0) {
+  if (recovered_ || random_() % 2 == 0) {
     ++seen.taken;
-    return {answer(body)};
+    return {answer(body, "200 OK", "Keep-Alive: timeout=60\r\n")};  // saves the wait that shows it
   }
   const Fault& fault = faults[nextFault_[road_]++ % faults.size()];
   ++taken_[fault.name][road_];

@@ -13,7 +13,7 @@
 
 namespace kartix::test {
 
-enum class Kind { order, cancellation, notification, inquiry };
+enum class Kind { order, cancellation, notification, inquiry, passwordChange };
 enum class Road { own, objects };
 
 /// What the gateway saw of an operation.
@@ -26,10 +26,15 @@ struct Seen {
 };
 
 /// A gateway of register and personaliser that fails at every other request, on each road in turn in each of its
-/// ways. Some of them come after the message was carried out, some before.
+/// ways. Some of them come after the message was carried out, some before. Each road has an account of its own.
 class FailingGateway {
  public:
   explicit FailingGateway(unsigned seed);
+
+  /// From now on nothing fails, and nobody is logged in.
+  void recover();
+  /// What logs `account` in: "geheim1" until it is changed.
+  std::string password(const std::string& account);
 
   std::string port() const { return server_.port(); }
 
@@ -47,7 +52,7 @@ class FailingGateway {
 
  private:
   Reply replyTo(const RecordedRequest& request);
-  Reply logIn();
+  Reply logIn(const std::string& body);
   Reply carryOut(Kind kind, std::size_t number, Seen& seen);
 
   std::mutex mutex_;
@@ -59,6 +64,8 @@ class FailingGateway {
   std::map<std::size_t, Seen> seen_;
   std::map<std::string, Times> taken_;
   std::set<std::string> sessions_;
+  std::map<std::string, std::string> passwords_;
+  bool recovered_ = false;
   LoopbackServer server_;
 };
 

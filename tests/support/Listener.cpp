@@ -60,12 +60,25 @@ void Listener::acceptAll() {
       closeSocket(socket);
       return;
     }
+    joinDone();
     open_.push_back(socket);
     workers_.emplace_back([this, socket, number = connections_++] {
       serve_(socket, number);
       forget(socket);
       closeSocket(socket);
+      const std::scoped_lock done(mutex_);
+      done_.push_back(std::this_thread::get_id());
     });
+  }
+}
+
+/// A thread that nobody has waited for keeps its stack.
+void Listener::joinDone() {
+  for (const std::thread::id id : std::exchange(done_, {})) {
+    const auto worker =
+        std::find_if(workers_.begin(), workers_.end(), [&](const std::thread& one) { return one.get_id() == id; });
+    worker->join();
+    workers_.erase(worker);
   }
 }
 

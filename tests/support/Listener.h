@@ -32,6 +32,7 @@ class Listener {
 
  private:
   void acceptAll();
+  void joinDone();
 
   int socket_;
   std::function<void(int, int)> serve_;
@@ -42,6 +43,7 @@ class Listener {
   bool ended_ = false;
   std::vector<int> open_;
   std::vector<std::thread> workers_;
+  std::vector<std::thread::id> done_;
   std::thread accepting_;
 };
 

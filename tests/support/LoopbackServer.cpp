@@ -159,6 +159,11 @@ std::vector<RecordedRequest> LoopbackServer::requests() const {
   return requests_;
 }
 
+void LoopbackServer::forgetRequests() {
+  const std::scoped_lock lock(mutex_);
+  requests_.clear();
+}
+
 Reply LoopbackServer::replyTo(const RecordedRequest& request) {
   const std::scoped_lock lock(mutex_);
   requests_.push_back(request);

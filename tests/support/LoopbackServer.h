@@ -57,6 +57,8 @@ class LoopbackServer {
   std::string port() const { return listener_.port(); }
   int connections() const { return listener_.connections(); }
   std::vector<RecordedRequest> requests() const;
+  /// Drops what `requests` gives: a server that runs for long would keep it all.
+  void forgetRequests();
 
  private:
   void serve(int socket, int number);
