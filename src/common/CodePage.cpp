@@ -52,12 +52,20 @@ std::string toIsoXml(std::string_view utf8) {
   // Measured first: a message with images must not be copied again because it turned out longer.
   std::size_t size = 0;
   for (std::size_t position = 0; position < utf8.size();) {
+    const std::size_t run = text::asciiRun(utf8, position);
+    size += run;
+    position += run;
+    if (position == utf8.size()) break;
     const char32_t character = text::nextCharacter(utf8, position);
     size += character <= lastIsoCharacter ? 1 : reference(character).size();
   }
   std::string bytes;
   bytes.reserve(size);
   for (std::size_t position = 0; position < utf8.size();) {
+    const std::size_t run = text::asciiRun(utf8, position);
+    bytes.append(utf8, position, run);
+    position += run;
+    if (position == utf8.size()) break;
     const char32_t character = text::nextCharacter(utf8, position);
     if (character <= lastIsoCharacter) {
       bytes.push_back(static_cast<char>(character));

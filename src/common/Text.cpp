@@ -1,6 +1,8 @@
 #include "common/Text.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 namespace kartix::text {
 namespace {
@@ -82,12 +84,29 @@ bool equalNoCase(std::string_view a, std::string_view b) {
                     [](char x, char y) { return upperAscii(x) == upperAscii(y); });
 }
 
+bool LessNoCase::operator()(std::string_view a, std::string_view b) const {
+  return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                      [](char x, char y) { return upperAscii(x) < upperAscii(y); });
+}
+
 bool allDigits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
+std::size_t asciiRun(std::string_view text, std::size_t position) {
+  // Eight at a time: images are long texts of ASCII.
+  constexpr std::uint64_t highBits = 0x8080808080808080;
+  std::size_t end = position;
+  for (std::uint64_t eight = 0; end + sizeof eight <= text.size(); end += sizeof eight) {
+    std::memcpy(&eight, text.data() + end, sizeof eight);
+    if ((eight & highBits) != 0) break;
+  }
+  while (end < text.size() && static_cast<unsigned char>(text[end]) < 0x80) ++end;
+  return end - position;
+}
+
 bool isValidUtf8(std::string_view bytes) {
-  for (std::size_t position = 0; position < bytes.size();) {
+  for (std::size_t position = 0; (position += asciiRun(bytes, position)) < bytes.size();) {
     const std::size_t size = sequenceLength(bytes, position);
     if (size == 0) return false;
     position += size;

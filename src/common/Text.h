@@ -32,6 +32,15 @@ std::string replaceAll(std::string_view text, std::string_view what, std::string
 std::string upper(std::string_view text);
 bool equalNoCase(std::string_view a, std::string_view b);
 
+/// Order of texts that are told apart without regard to case, for maps.
+struct LessNoCase {
+  using is_transparent = void;
+  bool operator()(std::string_view a, std::string_view b) const;
+};
+
+/// Number of bytes from `position` on that are ASCII.
+std::size_t asciiRun(std::string_view text, std::size_t position = 0);
+
 /// True when the text is not empty and holds digits only.
 bool allDigits(std::string_view text);
 

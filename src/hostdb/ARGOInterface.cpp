@@ -119,6 +119,7 @@ bool ARGOInterface::LoadFahrerkarte(DBETXTDatabase& db) {
     return false;
   }
   Fahrerkarten cards(runtime_, session_);
+  cards.expect(static_cast<std::size_t>(count));
   std::int32_t read = 0;
   while (read < count) {
     const std::string antragsdatum = value(row, 9);

@@ -37,12 +37,6 @@ std::string_view openFailure(std::int16_t code) {
 
 std::string cleaned(std::string_view buffer) { return text::trim(text::untilNul(buffer)); }
 
-/// `statement` with blanks at its end up to `size` characters: the library answers in the same buffer.
-std::string padded(const std::string& statement, std::size_t size) {
-  const std::size_t length = text::length(statement);
-  return length < size ? statement + std::string(size - length, ' ') : statement;
-}
-
 /// The clerk is told what failed; why is for whoever looks after the installation.
 void traceReason(Runtime& runtime) {
   const std::string reason = runtime.machine.dbe.failureReason();
@@ -154,7 +148,7 @@ std::int32_t DBETXTDatabase::query(std::string& sSql, std::string& sCursor) {
     row_.clear();
     if (!Ready_) return notDone;
     platform::DbeLibrary& dbe = runtime_.machine.dbe;
-    std::string buffer = padded(sSql, dbe.TXT_BUFFERSIZE() + 1);
+    std::string buffer = sSql;
     std::string cursor(smallBuffer, '\0');
     std::string count(smallBuffer, '\0');
     const std::int16_t result = dbe.DBE_Query(client_, connection_, cursor, count, buffer);
@@ -175,7 +169,7 @@ std::int32_t DBETXTDatabase::queryNext(std::string& sBuf, const std::string& sCu
     platform::DbeLibrary& dbe = runtime_.machine.dbe;
     row_.clear();
     std::string count(smallBuffer, ' ');
-    std::string buffer(dbe.TXT_BUFFERSIZE(), ' ');
+    std::string buffer;
     const std::int16_t result = dbe.DBE_GetNextEntry(client_, connection_, 1, sCursor, count, buffer);
     if (result < 0) {
       sBuf.clear();
@@ -208,9 +202,8 @@ void DBETXTDatabase::addDatafield(const std::string& sVal) {
 
 std::int16_t DBETXTDatabase::execute(const std::string& statement, bool commit) {
   platform::DbeLibrary& dbe = runtime_.machine.dbe;
-  const std::size_t size = dbe.TXT_BUFFERSIZE();
-  std::int16_t result = dbe.DBE_Execute(client_, connection_, padded(statement, size));
-  if (commit && result == 0) result = dbe.DBE_Execute(client_, connection_, padded("commit", size));
+  std::int16_t result = dbe.DBE_Execute(client_, connection_, statement);
+  if (commit && result == 0) result = dbe.DBE_Execute(client_, connection_, "commit");
   if (result != 0) traceReason(runtime_);
   return result;
 }

@@ -35,6 +35,12 @@ void Fahrerkarten::addARGO(const std::string& antragsdatum, const std::string& a
   trace.TraceLeave("Fahrerkarten::addARGO");
 }
 
+void Fahrerkarten::expect(std::size_t count) {
+  auto& list = session_.CardList;
+  // At least twice the room: a session may load often.
+  if (list.size() + count > list.capacity()) list.reserve(std::max(list.size() + count, 2 * list.capacity()));
+}
+
 std::int16_t Fahrerkarten::FindCardIndex() const {
   const auto found = std::find_if(session_.CardList.begin() + 1, session_.CardList.end(),
                                   [&](const CFahrerkarte& c) { return c.kartennr == session_.ScratchCard.kartennr; });

@@ -15,6 +15,9 @@ class Fahrerkarten {
  public:
   Fahrerkarten(Runtime& runtime, Session& session) : runtime_(runtime), session_(session) {}
 
+  /// Makes room for as many more cards at once.
+  void expect(std::size_t count);
+
   /// Appends a card record.
   void addARGO(const std::string& antragsdatum, const std::string& ausdatum, const std::string& bestelldatum,
                const std::string& gueltigab, const std::string& gueltigbis, const std::string& kartennr,

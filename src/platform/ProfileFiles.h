@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,6 +19,9 @@ class ProfileFiles {
   /// section or key is missing or the file cannot be read.
   virtual std::string GetPrivateProfileString(std::string_view section, std::string_view key,
                                               std::string_view fallback, std::size_t size, std::string_view file) = 0;
+
+  /// The same as `Registry::hold`, for `file`.
+  virtual std::shared_ptr<void> hold(std::string_view /*file*/) { return nullptr; }
 
   /// Sets `key` in `[section]` of `file`, creating what is missing. The rest of the file (comments, order, line
   /// ends) stays as it is. False when nothing was written; the file then still holds its former content.

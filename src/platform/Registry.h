@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,6 +57,10 @@ class Registry {
   /// Why something that was asked for could not be read, in the system's words; empty when all could, or where that
   /// is not known.
   virtual std::string readFailure() const { return {}; }
+
+  /// While the result is kept, and nothing is written meanwhile, all that is read is of one moment, where the store
+  /// can do that; it need not look anew for each value then.
+  virtual std::shared_ptr<void> hold() { return nullptr; }
 
   /// Why the last write came to nothing, in the system's words; empty where that is not known.
   virtual std::string writeFailure() const { return {}; }

@@ -123,7 +123,9 @@ void Konfiguration::readOnce() {
 void Konfiguration::readAll() {
   read_ = true;
   trace_.TraceEnter("Konfiguration::init");
+  const auto store = registry_.hold();
   InfoDatei = GetIni({}, productKey, "InfoDatei");
+  const auto ini = files_.hold(InfoDatei);
   readDatabase();
   readSwitches();
   readGateway();

@@ -84,8 +84,13 @@ DocumentPointer parsed(const std::string& text) {
 bool isCarriable(std::string_view text) {
   if (!text::isValidUtf8(text)) return false;
   for (std::size_t position = 0; position < text.size();) {
-    const char32_t character = text::nextCharacter(text, position);
-    if (!IS_CHAR(static_cast<unsigned>(character))) return false;
+    // An image is one long text of ASCII: no more than a look at each byte.
+    const auto byte = static_cast<unsigned char>(text[position]);
+    const bool ascii = byte < 0x80;
+    const unsigned character = ascii ? byte : static_cast<unsigned>(text::nextCharacter(text, position));
+    if (ascii) ++position;
+    // A macro, which looks at its argument more than once.
+    if (!IS_CHAR(character)) return false;
   }
   return true;
 }

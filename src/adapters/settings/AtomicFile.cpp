@@ -59,8 +59,20 @@ bool replaceFile(const std::filesystem::path& path, std::string_view bytes) {
   return update.held() && !update.replace(bytes);
 }
 
+std::shared_ptr<void> WatchedFile::hold() {
+  auto held = held_.lock();
+  if (held) return held;
+  looked_ = false;
+  held = std::make_shared<bool>();
+  held_ = held;
+  return held;
+}
+
 const FileContent& WatchedFile::content(bool& changed) {
+  changed = false;
+  if (looked_ && !held_.expired()) return content_;
   const std::optional<FileStamp> now = stampOf(path_);
+  looked_ = true;
   changed = !now || !seen_ || !seen_->sameState(*now);
   if (!changed) return content_;
   FileContent fresh = readFile(path_, settingsLimit);

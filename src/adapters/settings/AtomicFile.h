@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -71,10 +72,15 @@ class WatchedFile {
   /// The current content; `changed` tells whether it was read anew.
   const FileContent& content(bool& changed);
 
+  /// While the result is kept, the content stays what the first look at it finds.
+  std::shared_ptr<void> hold();
+
  private:
   std::filesystem::path path_;
   FileContent content_;
   std::optional<FileStamp> seen_;
+  std::weak_ptr<void> held_;
+  bool looked_ = false;  ///< since it is held
 };
 
 }  // namespace kartix::adapters

@@ -77,6 +77,10 @@ class IniFiles : public platform::ProfileFiles {
     return text::left(found, size == 0 ? 0 : size - 1);
   }
 
+  std::shared_ptr<void> hold(std::string_view file) override {
+    return file.empty() || isForeignPath(file) ? nullptr : watched(file).hold();
+  }
+
   bool WritePrivateProfileString(std::string_view section, std::string_view key, std::string_view value,
                                  std::string_view file) override {
     using namespace std::string_view_literals;
@@ -101,12 +105,16 @@ class IniFiles : public platform::ProfileFiles {
  private:
   static bool isText(std::string_view bytes) { return bytes.find('\0') == std::string_view::npos; }
 
+  /// A component uses one ini file; the one used last is kept.
+  WatchedFile& watched(std::string_view file) {
+    if (!file_ || file_->path() != pathOf(file)) file_.emplace(pathOf(file));
+    return *file_;
+  }
+
   std::optional<std::string> find(std::string_view section, std::string_view key, std::string_view file) {
     if (file.empty() || isForeignPath(file) || section.empty() || key.empty()) return std::nullopt;
-    // A component uses one ini file; the one used last is kept.
-    if (!file_ || file_->path() != pathOf(file)) file_.emplace(pathOf(file));
     bool changed = false;
-    const FileContent& content = file_->content(changed);
+    const FileContent& content = watched(file).content(changed);
     if (changed) {
       lines_.reset();
       if (content.state == FileContent::State::read && isText(content.bytes)) lines_.emplace(content.bytes);

@@ -116,7 +116,7 @@ bool RegDocument::index() {
       // "[-key]" is no part of a store; nothing below it counts.
       const std::size_t end = line.rfind(']');
       const bool known = end != std::string_view::npos && !line.starts_with("[-");
-      key = known ? &keys_[text::upper(line.substr(1, end - 1))] : nullptr;
+      key = known ? &keys_[std::string(line.substr(1, end - 1))] : nullptr;
     } else if (key != nullptr) {
       if (auto found = readValue(i)) {
         i += found->second.count - 1;
@@ -136,7 +136,6 @@ std::optional<std::pair<std::string, RegDocument::Value>> RegDocument::readValue
   } else if (source.starts_with('"')) {
     source.remove_prefix(1);
     if (!takeUntilQuote(source, name)) return std::nullopt;
-    name = text::upper(name);
   } else {
     return std::nullopt;
   }
@@ -220,13 +219,13 @@ std::optional<RegistryValue> RegDocument::readHex(std::string_view data, Value& 
 }
 
 std::optional<RegistryValue> RegDocument::value(std::string_view key, std::string_view name) const {
-  const auto found = keys_.find(text::upper(fullPath(key)));
+  const auto found = keys_.find(fullPath(key));
   if (found == keys_.end()) return std::nullopt;
-  const auto value = found->second.values.find(text::upper(name));
+  const auto value = found->second.values.find(name);
   return value == found->second.values.end() ? std::nullopt : value->second.value;
 }
 
-bool RegDocument::hasKey(std::string_view key) const { return keys_.contains(text::upper(fullPath(key))); }
+bool RegDocument::hasKey(std::string_view key) const { return keys_.contains(fullPath(key)); }
 
 /// A name that begins like a remark would do the same as a text that does, see `valueLine`. What the file's code page
 /// does not have would make another name of it.
@@ -240,7 +239,7 @@ bool RegDocument::createKey(std::string_view key) {
   if (key.empty() || !holdsName(key)) return false;
   if (!withoutBlanks(lines_[lines_.size() - 1]).empty()) lines_.insert(lines_.size(), "");
   lines_.insert(lines_.size(), "[" + fullPath(key) + "]");
-  keys_[text::upper(fullPath(key))].end = lines_.size();
+  keys_[fullPath(key)].end = lines_.size();
   return true;
 }
 
@@ -257,9 +256,9 @@ std::string RegDocument::valueLine(std::string_view name, std::string_view text)
 
 bool RegDocument::setString(std::string_view key, std::string_view name, std::string_view text) {
   if (!holdsName(name) || !text::isValidUtf8(text) || !createKey(key)) return false;
-  const Key& place = keys_.at(text::upper(fullPath(key)));
+  const Key& place = keys_.at(fullPath(key));
   const std::string line = valueLine(name, text);
-  const auto former = place.values.find(text::upper(name));
+  const auto former = place.values.find(name);
   if (former != place.values.end()) {
     lines_.replace(former->second.line, former->second.count, line);
   } else {
@@ -269,9 +268,9 @@ bool RegDocument::setString(std::string_view key, std::string_view name, std::st
 }
 
 void RegDocument::remove(std::string_view key, std::string_view name) {
-  const auto place = keys_.find(text::upper(fullPath(key)));
+  const auto place = keys_.find(fullPath(key));
   if (place == keys_.end()) return;
-  const auto former = place->second.values.find(text::upper(name));
+  const auto former = place->second.values.find(name);
   if (former == place->second.values.end()) return;
   lines_.replace(former->second.line, former->second.count, (name.empty() ? "@" : quoted(name)) + "=-");
 }

@@ -8,6 +8,7 @@
 
 #include "adapters/settings/RegEncoding.h"
 #include "adapters/settings/TextLines.h"
+#include "common/Text.h"
 #include "platform/Registry.h"
 
 namespace kartix::adapters {
@@ -43,7 +44,7 @@ class RegDocument {
   };
   struct Key {
     std::size_t end = 0;  ///< where the next value of the key is to be inserted
-    std::map<std::string, Value, std::less<>> values;
+    std::map<std::string, Value, text::LessNoCase> values;
   };
 
   RegDocument(std::string_view text, RegEncoding encoding) : encoding_(encoding), lines_(text) {}
@@ -57,7 +58,7 @@ class RegDocument {
 
   RegEncoding encoding_ = RegEncoding::utf16;
   TextLines lines_;
-  std::map<std::string, Key, std::less<>> keys_;  ///< by upper-case path from the root on
+  std::map<std::string, Key, text::LessNoCase> keys_;  ///< by path from the root on
 };
 
 }  // namespace kartix::adapters

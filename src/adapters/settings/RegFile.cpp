@@ -66,6 +66,8 @@ class RegFile : public platform::Registry {
   }
 
   std::string readFailure() const override { return readFailure_; }
+  std::shared_ptr<void> hold() override { return file_.hold(); }
+
   std::string writeFailure() const override { return failure_; }
 
  private:
