@@ -115,10 +115,10 @@ Target linearLoad(const std::string& engine, const char* server) {
   constexpr int few = 500;
   constexpr int many = 10'000;
   const auto rounds = [&](int records) {
-    const auto driver = std::make_shared<Driver>(records, server);
+    const auto driver = later<Driver>(records, server);
     return add(
         engine + "/person with " + std::to_string(records) + " card records loaded",
-        [driver] { return driver->load(); }, records);
+        [driver] { return driver().load(); }, records);
   };
   return {
       "card records loaded, " + std::to_string(many) + " against " + std::to_string(few) + " of a person, " + engine,
@@ -130,11 +130,11 @@ Target linearLoad(const std::string& engine, const char* server) {
 }  // namespace
 
 std::vector<Target> databaseTargets() {
-  const auto host = std::make_shared<Host>();
+  const auto host = later<Host>();
   std::vector<Target> targets = {linearLoad("SQLite", nullptr)};
   if (const char* const server = std::getenv("KARTIX_TEST_POSTGRES")) targets.push_back(linearLoad("server", server));
   targets.push_back(compare(
-      "row of a person queried and read", [host] { return own(*host); }, "SQLite", [host] { return plain(*host); },
+      "row of a person queried and read", [host] { return own(host()); }, "SQLite", [host] { return plain(host()); },
       2));
   return targets;
 }

@@ -1,7 +1,15 @@
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+
 #include <QImageReader>
+#include <array>
 #include <memory>
+#include <vector>
 
 #include "adapters/qt/Qt.h"
+#include "adapters/qt/Resampling.h"
+#include "bench/Bureau.h"
 #include "bench/Targets.h"
 #include "images/Photograph.h"
 
@@ -11,8 +19,11 @@ namespace {
 constexpr int height = 490;
 
 struct Photo {
-  explicit Photo(QSize size) { test::photograph(size).save(QString::fromStdString(file), "jpeg", 92); }
+  explicit Photo(QSize size) : picture(test::photograph(size)) {
+    picture.save(QString::fromStdString(file), "jpeg", 92);
+  }
 
+  QImage picture;
   test::TempDir directory;
   std::string file = (directory / "1.JP0").string();
   std::string target = (directory / "1.JP2").string();
@@ -31,9 +42,80 @@ bool plain(const Photo& photo) {
 }
 
 Target photoTarget(const std::string& what, QSize size, double most) {
-  const auto photo = std::make_shared<Photo>(size);
+  const auto photo = later<Photo>(size);
   return compare(
-      what, [photo] { return prepared(*photo); }, "Qt", [photo] { return plain(*photo); }, most);
+      what, [photo] { return prepared(photo()); }, "Qt", [photo] { return plain(photo()); }, most);
+}
+
+/// Seconds that the processor has spent on a program; negative when it has failed.
+double programSeconds(std::vector<std::string> words) {
+  std::vector<char*> arguments;
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  pid_t child = 0;
+  int end = 0;
+  rusage used{};
+  if (posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0) return -1;
+  if (wait4(child, &end, 0, &used) != child || end != 0) return -1;
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
+/// What a program takes for a photo, without what it takes for its own start.
+struct Program {
+  std::string name;
+  std::vector<std::string> (*words)(const Photo&);
+
+  double seconds(const Photo& photo, const Photo& speck) const {
+    const double whole = programSeconds(words(photo));
+    const double start = programSeconds(words(speck));
+    return whole < 0 || start < 0 ? -1 : std::max(0.0, whole - start);
+  }
+};
+
+const std::array<Program, 2> programs = {
+    {{"ImageMagick",
+      [](const Photo& photo) {
+        return std::vector<std::string>{"convert", photo.file, "-auto-orient", "-resize",
+                                        "x490",    "-quality", "90",           "jpeg:" + photo.target};
+      }},
+     {"libvips", [](const Photo& photo) {
+        return std::vector<std::string>{"vipsthumbnail", photo.file, "--size",
+                                        "x490",          "-o",       photo.target + ".jpg[Q=90]"};
+      }}}};
+
+std::vector<Target> programTargets() {
+  const auto photo = later<Photo>(QSize(3000, 4000));
+  const auto speck = later<Photo>(QSize(8, 8));
+  std::vector<Target> targets;
+  for (const auto& [program, most] : {std::pair(&programs[0], 0.5), std::pair(&programs[1], 1.2)}) {
+    targets.push_back(compareTimed(
+        "photo of 12 megapixels prepared by " + program->name,
+        [photo] {
+          const double start = threadSeconds();
+          return prepared(photo()) ? threadSeconds() - start : -1;
+        },
+        program->name, [photo, speck, program = program] { return program->seconds(photo(), speck()); }, most));
+  }
+  return targets;
+}
+
+/// Scaling alone, of pictures that are in memory already.
+Target resamplingTarget() {
+  const auto image = later<Photo>(QSize(600, 800));
+  const QSize target(height * 600 / 800, height);
+  return compare(
+      "resampling of 600 x 800",
+      [image, target] {
+        return !adapters::qt::resample(image().picture, {image().picture.size(), {}, 0}, target).isNull();
+      },
+      "Qt",
+      [image, target] {
+        return !image().picture.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).isNull();
+      },
+      1.5);
 }
 
 }  // namespace
@@ -41,8 +123,9 @@ Target photoTarget(const std::string& what, QSize size, double most) {
 /// The filter for print takes in more pixels than Qt's own; a large photo makes up for it, being decoded at a reduced
 /// scale.
 std::vector<Target> imageTargets() {
-  return {photoTarget("photo of 12 megapixels prepared", {3000, 4000}, 1),
-          photoTarget("photo of 600 x 800 prepared", {600, 800}, 3)};
+  std::vector<Target> targets = {photoTarget("photo of 12 megapixels prepared", {3000, 4000}, 1), resamplingTarget()};
+  for (Target& target : programTargets()) targets.push_back(std::move(target));
+  return targets;
 }
 
 }  // namespace kartix::bench

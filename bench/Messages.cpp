@@ -55,7 +55,7 @@ bool order(Sender& sender, std::size_t size) {
 }  // namespace
 
 std::vector<Target> messageTargets() {
-  const auto sender = std::make_shared<Sender>();
+  const auto sender = later<Sender>();
   std::vector<Target> targets;
   std::vector<Round> encodings;
   std::vector<Round> orders;
@@ -63,11 +63,11 @@ std::vector<Target> messageTargets() {
     const std::string bytes = std::to_string(size) + " bytes";
     targets.push_back(compare(
         "FileToBase64, " + bytes,
-        [sender, size] { return sender->kba.FileToBase64(sender->image(size)).size() == encodedSize(size); },
-        "OpenSSL", [sender, size] { return plainBase64(*sender, size); }, 1.5));
+        [sender, size] { return sender().kba.FileToBase64(sender().image(size)).size() == encodedSize(size); },
+        "OpenSSL", [sender, size] { return plainBase64(sender(), size); }, 1.5));
     encodings.push_back({targets.back().measured.front().benchmark, static_cast<double>(size)});
     orders.push_back(add(
-        "order, images of " + bytes, [sender, size] { return order(*sender, size); }, static_cast<double>(size)));
+        "order, images of " + bytes, [sender, size] { return order(sender(), size); }, static_cast<double>(size)));
   }
   targets.push_back({"FileToBase64, time per byte from 100 kB to 10 MB", encodings, encodings, 1.5});
   targets.push_back({"order document, time per byte from 100 kB to 10 MB", orders, orders, 1.5});

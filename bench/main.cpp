@@ -1,19 +1,30 @@
 // Measures the component against the bare libraries behind it, in one run of one process. Ratios are judged, not
-// times: they hold on any machine. Takes the options of Google Benchmark; ends with 1 when a target is missed.
+// times: they hold on any machine. Takes the options of Google Benchmark; ends with 1 when a target is missed. What a
+// whole run has measured is written to bench/results.json and bench/results.svg.
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cstdio>
+#include <cstddef>
 #include <map>
+#include <regex>
+#include <span>
+#include <string_view>
 
+#include "bench/Results.h"
 #include "bench/Targets.h"
 
 namespace kartix::bench {
 namespace {
 
-/// Shows the runs as usual, and keeps the fastest of each benchmark: what disturbs a run only makes it slower. The
-/// processor's time counts, so that the disk does not.
+double medianOf(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+/// Shows the runs as usual, and keeps the time of each round: the processor's, so that the disk does not count, or
+/// the one that the work has taken itself.
 class Keeper : public benchmark::ConsoleReporter {
  public:
   Keeper() : ConsoleReporter(OO_Tabular) {}
@@ -22,38 +33,47 @@ class Keeper : public benchmark::ConsoleReporter {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
       if (run.error_occurred || run.run_type != Run::RT_Iteration) continue;
-      const double seconds = run.cpu_accumulated_time / static_cast<double>(run.iterations);
-      const auto kept = fastest_.emplace(run.run_name.function_name, seconds).first;
-      kept->second = std::min(kept->second, seconds);
+      const bool own = !run.run_name.time_type.empty();
+      const double seconds = own ? run.real_accumulated_time : run.cpu_accumulated_time;
+      rounds_[run.run_name.function_name].push_back(seconds / static_cast<double>(run.iterations));
     }
   }
 
-  /// Time per work of each of `rounds` that ran, in order.
+  /// The middle time per work of each of `rounds` that ran, in order.
   std::vector<double> times(const std::vector<Round>& rounds) const {
     std::vector<double> times;
     for (const Round& round : rounds) {
-      const auto kept = fastest_.find(round.benchmark);
-      if (kept != fastest_.end()) times.push_back(kept->second / round.work);
+      const auto kept = rounds_.find(round.benchmark);
+      if (kept != rounds_.end()) times.push_back(medianOf(kept->second) / round.work);
     }
     std::sort(times.begin(), times.end());
     return times;
   }
 
  private:
-  std::map<std::string, double> fastest_;
+  std::map<std::string, std::vector<double>> rounds_;
 };
 
-bool reached(const Keeper& keeper, const Target& target) {
+/// What the options ask for, as the library has it.
+bool isWanted(const Target& target, std::span<char* const> options) {
+  constexpr std::string_view filter = "--benchmark_filter=";
+  const auto matches = [&](const std::string& name, const char* pattern) {
+    return std::regex_search(name, std::regex(pattern + filter.size()));
+  };
+  return std::all_of(options.begin(), options.end(), [&](const char* option) {
+    if (!std::string_view(option).starts_with(filter)) return true;
+    const auto ran = [&](const Round& round) { return matches(round.benchmark, option); };
+    return target.figure ? matches(target.what, option)
+                         : std::any_of(target.measured.begin(), target.measured.end(), ran);
+  });
+}
+
+Result resultOf(const Target& target, const Keeper& keeper) {
+  if (target.figure) return {target.what, target.unit, target.figure(), target.most};
   const auto measured = keeper.times(target.measured);
   const auto against = keeper.times(target.against);
-  if (measured.size() < target.measured.size() || against.size() < target.against.size()) {
-    std::printf("%-62s %7s %8.2f  NOT MEASURED\n", target.what.c_str(), "", target.most);
-    return false;
-  }
-  const double ratio = measured.back() / against.front();
-  const bool good = ratio <= target.most;
-  std::printf("%-62s %7.2f %8.2f%s\n", target.what.c_str(), ratio, target.most, good ? "" : "  MISSED");
-  return good;
+  const bool all = measured.size() == target.measured.size() && against.size() == target.against.size();
+  return {target.what, "times", all ? measured.back() / against.front() : -1, target.most};
 }
 
 }  // namespace
@@ -75,29 +95,62 @@ Target compare(const std::string& what, std::function<bool()> component, const s
           most};
 }
 
+Target compareTimed(const std::string& what, std::function<double()> component, const std::string& library,
+                    std::function<double()> bare, double most) {
+  const auto addTimed = [](const std::string& name, std::function<double()> run) -> Round {
+    benchmark::RegisterBenchmark(name.c_str(),
+                                 [run = std::move(run)](benchmark::State& state) {
+                                   while (state.KeepRunning()) {
+                                     const double seconds = run();
+                                     if (seconds < 0) state.SkipWithError("failed");
+                                     state.SetIterationTime(std::max(seconds, 0.0));
+                                   }
+                                 })
+        ->Unit(benchmark::kMicrosecond)
+        ->UseManualTime();
+    return {name, 1};
+  };
+  return {what + ", to plain " + library,
+          {addTimed(what + ", component", std::move(component))},
+          {addTimed(what + ", " + library, std::move(bare))},
+          most};
+}
+
+double medianOfSeven(const std::function<double()>& measure) {
+  constexpr int rounds = 7;
+  std::vector<double> values(rounds);
+  for (double& value : values) value = measure();
+  return medianOf(values);
+}
+
 }  // namespace kartix::bench
 
-int main(int count, char** arguments) {
+int main(int given, char** arguments) {
   using namespace kartix::bench;
   // The rounds of all benchmarks are mixed, so that a busy moment of the machine meets all of them.
-  std::vector<std::string> options = {"--benchmark_repetitions=5", "--benchmark_min_time=0.1",
+  std::vector<std::string> options = {"--benchmark_repetitions=7", "--benchmark_min_time=0.1",
                                       "--benchmark_enable_random_interleaving=true"};
   std::vector<char*> all = {arguments[0]};
   for (std::string& option : options) all.push_back(option.data());
-  all.insert(all.end(), arguments + 1, arguments + count);
-  count = static_cast<int>(all.size());
+  all.insert(all.end(), arguments + 1, arguments + given);
+  int count = static_cast<int>(all.size());
   benchmark::Initialize(&count, all.data());
   if (benchmark::ReportUnrecognizedArguments(count, all.data())) return 2;
 
+  const std::vector<char*> wishes(arguments + 1, arguments + given);
   std::vector<Target> targets;
-  for (const auto subject : {imageTargets, messageTargets, xmlTargets, databaseTargets}) {
+  for (const auto subject : {operationTargets, imageTargets, messageTargets, xmlTargets, databaseTargets,
+                             surroundingTargets, processTargets}) {
     const auto more = subject();
     targets.insert(targets.end(), more.begin(), more.end());
   }
   Keeper keeper;
   benchmark::RunSpecifiedBenchmarks(&keeper);
-  std::printf("\n%-62s %7s %8s\n", "ratio", "is", "at most");
-  const auto missed =
-      std::count_if(targets.begin(), targets.end(), [&](const Target& target) { return !reached(keeper, target); });
-  return missed == 0 ? 0 : 1;
+  std::vector<Result> results;
+  for (const Target& target : targets) {
+    if (isWanted(target, wishes)) results.push_back(resultOf(target, keeper));
+  }
+  print(results);
+  if (wishes.empty()) write(results, KARTIX_BENCH_FOLDER);
+  return std::all_of(results.begin(), results.end(), [](const Result& result) { return result.reached(); }) ? 0 : 1;
 }
