@@ -41,9 +41,18 @@ bool plain(const Photo& photo) {
   return image.save(QString::fromStdString(photo.target), "jpeg", 90);
 }
 
+/// Qt scales with as many threads as there are processors.
+Target compareOfProcess(const std::string& what, std::function<bool()> component, const std::string& library,
+                        std::function<bool()> bare, double most) {
+  return {what + ", to plain " + library,
+          {addOfProcess(what + ", component", std::move(component))},
+          {addOfProcess(what + ", " + library, std::move(bare))},
+          most};
+}
+
 Target photoTarget(const std::string& what, QSize size, double most) {
   const auto photo = later<Photo>(size);
-  return compare(
+  return compareOfProcess(
       what, [photo] { return prepared(photo()); }, "Qt", [photo] { return plain(photo()); }, most);
 }
 
@@ -106,7 +115,7 @@ std::vector<Target> programTargets() {
 Target resamplingTarget() {
   const auto image = later<Photo>(QSize(600, 800));
   const QSize target(height * 600 / 800, height);
-  return compare(
+  return compareOfProcess(
       "resampling of 600 x 800",
       [image, target] {
         return !adapters::qt::resample(image().picture, {image().picture.size(), {}, 0}, target).isNull();

@@ -30,6 +30,9 @@ struct Target {
 /// Registers a benchmark whose round is one call of `run`; it fails when that gives False.
 Round add(const std::string& name, std::function<bool()> run, double work = 1);
 
+/// The same for work that other threads of the process may have a part in.
+Round addOfProcess(const std::string& name, std::function<bool()> run);
+
 /// Registers both ways of doing the same, and promises that the component takes at most `most` times as long as the
 /// bare library.
 Target compare(const std::string& what, std::function<bool()> component, const std::string& library,

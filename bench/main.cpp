@@ -33,7 +33,7 @@ class Keeper : public benchmark::ConsoleReporter {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
       if (run.error_occurred || run.run_type != Run::RT_Iteration) continue;
-      const bool own = !run.run_name.time_type.empty();
+      const bool own = run.run_name.time_type == "manual_time";
       const double seconds = own ? run.real_accumulated_time : run.cpu_accumulated_time;
       rounds_[run.run_name.function_name].push_back(seconds / static_cast<double>(run.iterations));
     }
@@ -78,13 +78,28 @@ Result resultOf(const Target& target, const Keeper& keeper) {
 
 }  // namespace
 
+namespace {
+
+benchmark::internal::Benchmark* registered(const std::string& name, std::function<bool()> run) {
+  return benchmark::RegisterBenchmark(name.c_str(),
+                                      [run = std::move(run)](benchmark::State& state) {
+                                        while (state.KeepRunning()) {
+                                          if (!run()) state.SkipWithError("failed");
+                                        }
+                                      })
+      ->Unit(benchmark::kMicrosecond);
+}
+
+}  // namespace
+
 Round add(const std::string& name, std::function<bool()> run, double work) {
-  benchmark::RegisterBenchmark(name.c_str(), [run = std::move(run)](benchmark::State& state) {
-    while (state.KeepRunning()) {
-      if (!run()) state.SkipWithError("failed");
-    }
-  })->Unit(benchmark::kMicrosecond);
+  registered(name, std::move(run));
   return {name, work};
+}
+
+Round addOfProcess(const std::string& name, std::function<bool()> run) {
+  registered(name, std::move(run))->MeasureProcessCPUTime();
+  return {name, 1};
 }
 
 Target compare(const std::string& what, std::function<bool()> component, const std::string& library,
