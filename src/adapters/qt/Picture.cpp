@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "adapters/images/Completeness.h"
-#include "adapters/qt/JpegCheck.h"
+#include "adapters/qt/Jpeg.h"
 #include "adapters/qt/Silence.h"
 
 namespace kartix::adapters::qt {
@@ -100,22 +100,9 @@ int Picture::step(double factor) const {
 
 QImage Picture::pixels(int step) const {
   if (jpeg_.isEmpty() || !workable(size_)) return pixels_;
-  if (!isWholeJpeg(view(jpeg_))) return {};
-  const auto cells = [](int side, int cell) { return (side + cell - 1) / cell; };
-  const QSize reduced(cells(size_.width(), step), cells(size_.height(), step));
-  const Silence silence;
-  QBuffer buffer;
-  buffer.setData(jpeg_);
-  QImageReader reader(&buffer, "jpeg");
-  if (step > 1) {
-    // A JPEG consists of blocks of 8 by 8. The reader leaves out detail by itself, and exactly by this step, when it
-    // is told to read whole blocks; otherwise it would scale once more.
-    constexpr int block = 8;
-    reader.setScaledSize(reduced);
-    reader.setClipRect({0, 0, cells(size_.width(), block) * block, cells(size_.height(), block) * block});
-  }
-  QImage pixels = plain(decode(reader, reduced, silence));
-  return pixels.size() == reduced ? pixels : QImage();
+  QImage pixels = readJpeg(view(jpeg_), step);
+  const auto cells = [step](int side) { return (side + step - 1) / step; };
+  return pixels.size() == QSize(cells(size_.width()), cells(size_.height())) ? pixels : QImage();
 }
 
 }  // namespace kartix::adapters::qt
