@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
+#include <utility>
 
 #include "common/Text.h"
 
@@ -18,6 +20,35 @@ constexpr char32_t lastIsoCharacter = 0xFF;
 
 std::string reference(char32_t character) {
   return "&#" + std::to_string(static_cast<unsigned long>(character)) + ";";
+}
+
+/// UTF-8 of bytes of which those that are no ASCII are each the character that `meaning` gives.
+template <class Meaning>
+std::string decoded(std::string_view bytes, Meaning meaning) {
+  std::string utf8;
+  utf8.reserve(bytes.size());
+  for (std::size_t position = 0; position < bytes.size(); ++position) {
+    const std::size_t run = text::asciiRun(bytes, position);
+    utf8.append(bytes, position, run);
+    position += run;
+    if (position < bytes.size()) text::append(utf8, meaning(static_cast<unsigned char>(bytes[position])));
+  }
+  return utf8;
+}
+
+/// UTF-8 XML text to ISO-8859-1 with references.
+std::string withReferences(std::string_view utf8) {
+  std::string bytes;
+  bytes.reserve(utf8.size());
+  for (std::size_t position = 0; position < utf8.size();) {
+    const std::size_t run = text::asciiRun(utf8, position);
+    bytes.append(utf8, position, run);
+    position += run;
+    if (position == utf8.size()) break;
+    const char32_t character = text::nextCharacter(utf8, position);
+    character > lastIsoCharacter ? bytes.append(reference(character)) : bytes.append(1, static_cast<char>(character));
+  }
+  return bytes;
 }
 
 }  // namespace
@@ -39,41 +70,32 @@ std::string toAnsi(std::string_view utf8) {
 }
 
 std::string fromAnsi(std::string_view bytes) {
-  std::string utf8;
-  utf8.reserve(bytes.size());
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    text::append(utf8, byte >= 0x80 && byte < 0xA0 ? upperControls.at(byte - 0x80) : byte);
-  }
-  return utf8;
+  return decoded(bytes, [](unsigned char byte) { return byte < 0xA0 ? upperControls.at(byte - 0x80) : byte; });
 }
 
-std::string toIsoXml(std::string_view utf8) {
-  // Measured first: a message with images must not be copied again because it turned out longer.
-  std::size_t size = 0;
-  for (std::size_t position = 0; position < utf8.size();) {
-    const std::size_t run = text::asciiRun(utf8, position);
-    size += run;
-    position += run;
-    if (position == utf8.size()) break;
-    const char32_t character = text::nextCharacter(utf8, position);
-    size += character <= lastIsoCharacter ? 1 : reference(character).size();
+std::string fromIso(std::string_view bytes) {
+  return decoded(bytes, [](unsigned char byte) { return char32_t{byte}; });
+}
+
+std::string toIsoXml(std::string utf8) {
+  // In place as far as nothing gets longer than it was: a message with images is large.
+  std::size_t from = 0;
+  std::size_t to = 0;
+  while (from < utf8.size()) {
+    const std::size_t run = text::asciiRun(utf8, from);
+    if (to < from) std::memmove(&utf8[to], &utf8[from], run);
+    from += run;
+    to += run;
+    if (from == utf8.size()) break;
+    std::size_t next = from;
+    const char32_t character = text::nextCharacter(utf8, next);
+    if (character > lastIsoCharacter) break;
+    from = next;
+    utf8[to++] = static_cast<char>(character);
   }
-  std::string bytes;
-  bytes.reserve(size);
-  for (std::size_t position = 0; position < utf8.size();) {
-    const std::size_t run = text::asciiRun(utf8, position);
-    bytes.append(utf8, position, run);
-    position += run;
-    if (position == utf8.size()) break;
-    const char32_t character = text::nextCharacter(utf8, position);
-    if (character <= lastIsoCharacter) {
-      bytes.push_back(static_cast<char>(character));
-    } else {
-      bytes.append(reference(character));
-    }
-  }
-  return bytes;
+  const std::string rest = withReferences(std::string_view(utf8).substr(from));
+  utf8.resize(to);
+  return std::move(utf8.append(rest));
 }
 
 }  // namespace kartix::codepage

@@ -16,7 +16,10 @@ char toAnsiByte(char32_t character) noexcept;
 /// Windows-1252 to UTF-8.
 std::string fromAnsi(std::string_view bytes);
 
+/// ISO-8859-1 to UTF-8.
+std::string fromIso(std::string_view bytes);
+
 /// UTF-8 XML text to ISO-8859-1 bytes; a character outside it becomes a numeric character reference.
-std::string toIsoXml(std::string_view utf8);
+std::string toIsoXml(std::string utf8);
 
 }  // namespace kartix::codepage

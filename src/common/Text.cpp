@@ -7,6 +7,9 @@
 namespace kartix::text {
 namespace {
 
+/// Texts are looked at eight bytes at a time: images are long ones.
+constexpr std::uint64_t highBits = 0x8080808080808080;
+
 char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 /// Length in bytes of the sequence that starts at `position`; 0 when it is invalid there.
@@ -53,7 +56,10 @@ std::size_t length(std::string_view text) {
   return count;
 }
 
-std::string left(std::string_view text, std::size_t count) { return mid(text, 0, count); }
+std::string left(std::string_view text, std::size_t count) {
+  // No character takes less than a byte.
+  return text.size() <= count ? std::string(text) : mid(text, 0, count);
+}
 
 std::string mid(std::string_view text, std::size_t start, std::size_t count) {
   const std::size_t from = advance(text, 0, start);
@@ -81,12 +87,18 @@ std::string upper(std::string_view text) {
 
 bool equalNoCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return upperAscii(x) == upperAscii(y); });
+                    [](char x, char y) { return x == y || upperAscii(x) == upperAscii(y); });
 }
 
 bool LessNoCase::operator()(std::string_view a, std::string_view b) const {
-  return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
-                                      [](char x, char y) { return upperAscii(x) < upperAscii(y); });
+  const std::size_t both = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < both; ++i) {
+    if (a[i] == b[i]) continue;
+    const char x = upperAscii(a[i]);
+    const char y = upperAscii(b[i]);
+    if (x != y) return x < y;
+  }
+  return a.size() < b.size();
 }
 
 bool allDigits(std::string_view text) {
@@ -94,14 +106,25 @@ bool allDigits(std::string_view text) {
 }
 
 std::size_t asciiRun(std::string_view text, std::size_t position) {
-  // Eight at a time: images are long texts of ASCII.
-  constexpr std::uint64_t highBits = 0x8080808080808080;
   std::size_t end = position;
   for (std::uint64_t eight = 0; end + sizeof eight <= text.size(); end += sizeof eight) {
     std::memcpy(&eight, text.data() + end, sizeof eight);
     if ((eight & highBits) != 0) break;
   }
   while (end < text.size() && static_cast<unsigned char>(text[end]) < 0x80) ++end;
+  return end - position;
+}
+
+std::size_t printableRun(std::string_view text, std::size_t position) {
+  constexpr std::uint64_t blanks = 0x2020202020202020;
+  std::size_t end = position;
+  for (std::uint64_t eight = 0; end + sizeof eight <= text.size(); end += sizeof eight) {
+    std::memcpy(&eight, text.data() + end, sizeof eight);
+    // The lowest byte that is less than a blank borrows, and so gets its high bit.
+    if (((eight | (eight - blanks)) & highBits) != 0) break;
+  }
+  const auto printable = [](unsigned char byte) { return byte >= ' ' && byte < 0x80; };
+  while (end < text.size() && printable(static_cast<unsigned char>(text[end]))) ++end;
   return end - position;
 }
 

@@ -41,6 +41,9 @@ struct LessNoCase {
 /// Number of bytes from `position` on that are ASCII.
 std::size_t asciiRun(std::string_view text, std::size_t position = 0);
 
+/// Number of bytes from `position` on that are ASCII and no control characters before the blank.
+std::size_t printableRun(std::string_view text, std::size_t position = 0);
+
 /// True when the text is not empty and holds digits only.
 bool allDigits(std::string_view text);
 

@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view lineBreak = "\r\n";
 
 bool has(const platform::XmlDocument& document, std::string_view xpath) {
-  return !document.selectNodes(xpath).empty();
+  return document.selectSingleNode(xpath) != nullptr;
 }
 
 std::vector<AnswerError> readErrors(const platform::XmlDocument& document, std::string_view entries,

@@ -65,18 +65,14 @@ std::string KBAInterface::doctypeLine(std::string_view rootName, std::string_vie
   return line.append(rootName).append(" SYSTEM \"http://").append(host).append(dtdPath).append("\">");
 }
 
-std::string KBAInterface::SetIsoDeclaration(std::string_view xmlText) {
-  if (!xmlText.starts_with(plainDeclaration)) return std::string(xmlText);
-  const std::string_view rest = xmlText.substr(plainDeclaration.size());
-  std::string text;
-  text.reserve(isoDeclaration.size() + rest.size());
-  text.append(isoDeclaration).append(rest);
-  return text;
+std::string KBAInterface::SetIsoDeclaration(std::string xmlText) {
+  if (xmlText.starts_with(plainDeclaration)) xmlText.replace(0, plainDeclaration.size(), isoDeclaration);
+  return xmlText;
 }
 
 std::string firstText(const platform::XmlDocument& document, std::string_view xpath) {
-  const auto nodes = document.selectNodes(xpath);
-  return nodes.empty() ? std::string() : text::trimSpace(document.nodeText(nodes.front()));
+  platform::XmlNode node = document.selectSingleNode(xpath);
+  return node ? text::trimSpace(document.nodeText(node)) : std::string();
 }
 
 std::string rootName(const platform::XmlDocument& document) {

@@ -50,7 +50,7 @@ class KBAInterface {
   std::string doctypeLine(std::string_view rootName, std::string_view dtdPath, std::string_view address) const;
 
   /// The form in which a document's text goes out: a declaration without encoding names ISO-8859-1.
-  static std::string SetIsoDeclaration(std::string_view xmlText);
+  static std::string SetIsoDeclaration(std::string xmlText);
 
   /// How far the last message with `Effect::changes` has come.
   enum class Change {

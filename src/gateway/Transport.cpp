@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -65,10 +66,9 @@ void keepCookies(const platform::HttpRequest& http, SessionCookies& cookies) {
   cookies.keep({set(1), set(2)});
 }
 
-/// Step by step, since a message may hold large images: at no time are there more than two texts beside the document.
+/// A message may hold large images: its text is made once, and changed where it stands.
 std::string bytesOnTheWire(const platform::XmlDocument& request) {
-  const std::string text = KBAInterface::SetIsoDeclaration(request.xml());
-  return codepage::toIsoXml(text);
+  return codepage::toIsoXml(KBAInterface::SetIsoDeclaration(request.xml()));
 }
 
 /// A status with which a server says that it has not done what it was asked for.
@@ -146,10 +146,18 @@ std::string KBAInterface::FileToBase64(const std::string& path) {
   std::error_code failure;
   const std::uintmax_t size = std::filesystem::file_size(name, failure);
   if (failure || size > fileSize) return {};
-  std::string bytes(static_cast<std::size_t>(size), '\0');
   std::ifstream file(name, std::ios::binary);
-  if (!file.read(bytes.data(), static_cast<std::streamsize>(size))) return {};
-  return runtime_.machine.http.TESSELHTTPbase64encode(bytes);
+  std::string text;
+  text.reserve(static_cast<std::size_t>((size + 2) / 3 * 4));
+  // Piece by piece, in whole groups of three bytes: the file as a whole need not be in memory beside its text.
+  constexpr std::uintmax_t piece = 48 * 1024;
+  std::string bytes;
+  for (std::uintmax_t left = size; left > 0; left -= bytes.size()) {
+    bytes.resize(static_cast<std::size_t>(std::min(left, piece)));
+    if (!file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) return {};
+    text += runtime_.machine.http.TESSELHTTPbase64encode(bytes);
+  }
+  return text;
 }
 
 }  // namespace kartix

@@ -32,9 +32,11 @@ class XmlDocument {
   virtual XmlNode appendElement(XmlNode parent, std::string_view name, std::string_view text) = 0;
 
   /// Elements to which `xpath` leads from `context` (or the document), in document order: steps "/name" to a child
-  /// and
-  /// "//name" to any descendant, the first one also as "name" or ".//name". No other form selects anything.
+  /// and "//name" to any descendant, the first one also as "name" or ".//name". No other form selects anything.
   virtual std::vector<XmlNode> selectNodes(std::string_view xpath, XmlNode context = nullptr) const = 0;
+
+  /// The first of them, or nothing: looks no further than there.
+  virtual XmlNode selectSingleNode(std::string_view xpath) const = 0;
 
   /// Child elements of `parent` called `name`, in document order.
   virtual std::vector<XmlNode> children(XmlNode parent, std::string_view name) const = 0;

@@ -32,19 +32,15 @@ class CurlLibrary final : public platform::HttpLibrary {
   std::string TESSELHTTPgetErrorDesc(std::int32_t code) override { return errorText(code); }
 
   std::string TESSELHTTPbase64encode(std::string_view bytes) override {
-    // In pieces of whole groups of three, because the encoder counts in int.
+    // In pieces of whole groups of three, because the encoder counts in int. It ends each with a NUL.
     constexpr std::size_t piece = std::size_t{3} * 1024 * 1024;
-    std::string text;
-    text.reserve((bytes.size() + 2) / 3 * 4);
-    std::string encoded;
+    std::string text((bytes.size() + 2) / 3 * 4 + 1, '\0');
+    auto* out = reinterpret_cast<unsigned char*>(text.data());
     for (std::size_t start = 0; start < bytes.size(); start += piece) {
       const std::string_view part = bytes.substr(start, piece);
-      encoded.resize((part.size() + 2) / 3 * 4 + 1);  // the encoder adds a NUL
-      const int written =
-          EVP_EncodeBlock(reinterpret_cast<unsigned char*>(encoded.data()),
-                          reinterpret_cast<const unsigned char*>(part.data()), static_cast<int>(part.size()));
-      text.append(encoded, 0, static_cast<std::size_t>(written));
+      out += EVP_EncodeBlock(out, reinterpret_cast<const unsigned char*>(part.data()), static_cast<int>(part.size()));
     }
+    text.pop_back();
     return text;
   }
 

@@ -10,8 +10,8 @@
 #include <emmintrin.h>
 #endif
 
-/// Sums over pixels, several values at a time: what the compilers know of vectors, and two steps that only the
-/// processor's own names reach.
+/// Sums over pixels, several values at a time, in the vectors that the compilers know. Where the processor has a step
+/// of its own it is called by its name, for they do not find it. All processors give the same.
 namespace kartix::adapters::images {
 
 using Bytes16 = std::uint8_t __attribute__((vector_size(16)));

@@ -68,6 +68,8 @@ std::optional<std::string> decodeAs(std::string_view bytes, std::string_view enc
   if (text::equalNoCase(encoding, "UTF-8")) return checkedUtf8(bytes);
   // Gives the five bytes that the code page leaves undefined a meaning, as everywhere else.
   if (text::equalNoCase(encoding, "windows-1252")) return codepage::fromAnsi(bytes);
+  // What the gateway sends.
+  if (text::equalNoCase(encoding, "ISO-8859-1")) return codepage::fromIso(bytes);
   // A declaration that could be read byte by byte cannot be right about these.
   if (text::upper(encoding).starts_with("UTF-16") || text::upper(encoding).starts_with("UTF-32")) return std::nullopt;
   if (!std::all_of(encoding.begin(), encoding.end(), isNameCharacter)) return std::nullopt;

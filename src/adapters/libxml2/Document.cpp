@@ -6,7 +6,6 @@
 
 #include <limits>
 #include <new>
-#include <stdexcept>
 
 #include "adapters/libxml2/Path.h"
 #include "common/Text.h"
@@ -82,15 +81,13 @@ DocumentPointer parsed(const std::string& text) {
 }
 
 bool isCarriable(std::string_view text) {
-  if (!text::isValidUtf8(text)) return false;
-  for (std::size_t position = 0; position < text.size();) {
-    // An image is one long text of ASCII: no more than a look at each byte.
-    const auto byte = static_cast<unsigned char>(text[position]);
-    const bool ascii = byte < 0x80;
-    const unsigned character = ascii ? byte : static_cast<unsigned>(text::nextCharacter(text, position));
-    if (ascii) ++position;
+  // An image is one long text of printable characters.
+  for (std::size_t position = 0; (position += text::printableRun(text, position)) < text.size();) {
+    // One that is damaged reads as U+FFFD, which is three bytes long itself.
+    const std::size_t start = position;
+    const auto character = static_cast<unsigned>(text::nextCharacter(text, position));
     // A macro, which looks at its argument more than once.
-    if (!IS_CHAR(character)) return false;
+    if (!IS_CHAR(character) || (character == 0xFFFD && position - start != 3)) return false;
   }
   return true;
 }
@@ -123,17 +120,35 @@ void save(const xmlDoc& document, xmlOutputWriteCallback write, void* context) {
   watch.check();
 }
 
-int countBytes(void* size, const char*, int length) {
-  *static_cast<std::size_t*>(size) += static_cast<std::size_t>(length);
-  return length;
+/// About as many bytes as the node and what is in it will take: more than that only where there is much to escape.
+std::size_t expectedSize(const xmlNode* node) {
+  constexpr std::size_t brackets = 5;
+  std::size_t size = 0;
+  for (; node; node = node->next) {
+    if (node->type == XML_ELEMENT_NODE) {
+      size += 2 * static_cast<std::size_t>(xmlStrlen(node->name)) + brackets + expectedSize(node->children);
+    } else if (node->type == XML_TEXT_NODE) {
+      size += static_cast<std::size_t>(xmlStrlen(node->content));
+    }
+  }
+  return size;
 }
 
-/// The text has room for all that was counted; more would have to throw through the library.
-int appendBytes(void* context, const char* bytes, int length) {
-  auto& text = *static_cast<std::string*>(context);
-  if (text.capacity() - text.size() < static_cast<std::size_t>(length)) return -1;
-  text.append(bytes, static_cast<std::size_t>(length));
-  return length;
+/// Text that grows out of the library, through which nothing may be thrown.
+struct Growing {
+  std::string text;
+  bool failed = false;
+};
+
+int appendBytes(void* context, const char* bytes, int length) noexcept {
+  auto& [text, failed] = *static_cast<Growing*>(context);
+  try {
+    text.append(bytes, static_cast<std::size_t>(length));
+    return length;
+  } catch (const std::exception&) {
+    failed = true;
+    return -1;
+  }
 }
 
 std::string qualifiedName(const xmlNode& node) {
@@ -158,19 +173,19 @@ bool Document::loadXML(std::string_view text) {
 
 std::string Document::xml() const {
   if (!document_) return {};
-  std::string text;
+  Growing writing;
   if (declared_) {
-    text = "<?xml version=\"" + textOf(document_->version) + "\"";
-    if (document_->standalone >= 0) text += document_->standalone == 1 ? " standalone=\"yes\"" : " standalone=\"no\"";
-    text += "?>";
+    const int standalone = document_->standalone;
+    writing.text = "<?xml version=\"" + textOf(document_->version) + "\"";
+    if (standalone >= 0) writing.text += standalone == 1 ? " standalone=\"yes\"" : " standalone=\"no\"";
+    writing.text += "?>";
   }
-  // Measured first, so that the text of a message with images is made in one piece and never copied.
-  std::size_t size = text.size();
-  save(*document_, countBytes, &size);
-  text.reserve(size);
-  save(*document_, appendBytes, &text);
-  if (text.size() != size) throw std::runtime_error("document text of another size");
-  return text;
+  // In one piece, and with room for a document type and a longer declaration: a message with images is large.
+  constexpr std::size_t room = 512;
+  writing.text.reserve(expectedSize(document_->children) + room);
+  save(*document_, appendBytes, &writing);
+  if (writing.failed) throw std::bad_alloc();
+  return std::move(writing.text);
 }
 
 platform::XmlNode Document::documentElement() const {
@@ -200,6 +215,12 @@ std::vector<platform::XmlNode> Document::selectNodes(std::string_view xpath, pla
   if (!document_) return {};
   const std::vector<xmlNode*> found = elementsAt(xpath, *nodeOf(xpath.starts_with('/') ? nullptr : context));
   return {found.begin(), found.end()};
+}
+
+platform::XmlNode Document::selectSingleNode(std::string_view xpath) const {
+  if (!document_) return nullptr;
+  const std::vector<xmlNode*> found = elementsAt(xpath, *nodeOf(nullptr), 1);
+  return found.empty() ? nullptr : found.front();
 }
 
 std::vector<platform::XmlNode> Document::children(platform::XmlNode parent, std::string_view name) const {

@@ -22,6 +22,7 @@ class Document final : public platform::XmlDocument {
   platform::XmlNode documentElement() const override;
   platform::XmlNode appendElement(platform::XmlNode parent, std::string_view name, std::string_view text) override;
   std::vector<platform::XmlNode> selectNodes(std::string_view xpath, platform::XmlNode context) const override;
+  platform::XmlNode selectSingleNode(std::string_view xpath) const override;
   std::vector<platform::XmlNode> children(platform::XmlNode parent, std::string_view name) const override;
   std::string nodeName(platform::XmlNode node) const override;
   std::string nodeText(platform::XmlNode node) const override;

@@ -11,8 +11,10 @@ struct Step {
   std::string_view name;
   bool anyDepth = false;  ///< to any descendant, else to a child
 
-  bool leadsTo(const xmlNode& node) const {
-    return node.type == XML_ELEMENT_NODE && !node.ns && name == reinterpret_cast<const char*>(node.name);
+  bool leadsTo(const xmlNode& element) const {
+    const auto* const own = reinterpret_cast<const char*>(element.name);
+    // Most differ in their first character already.
+    return !name.empty() && *own == name.front() && !element.ns && name == own;
   }
 };
 
@@ -20,7 +22,7 @@ constexpr std::size_t mostSteps = 8;
 
 class Search {
  public:
-  explicit Search(std::string_view path) {
+  Search(std::string_view path, std::size_t most) : most_(most) {
     if (path.starts_with("./")) path.remove_prefix(1);
     while (!path.empty() && size_ < mostSteps) {
       Step& step = steps_[size_++];
@@ -35,7 +37,7 @@ class Search {
   /// `here` and `above` are sets of numbers of steps: those that led to `parent`, and to it or one of its ancestors.
   /// The depth of a document is limited when it is loaded.
   void below(const xmlNode& parent, unsigned here, unsigned above) {
-    for (xmlNode* node = parent.children; node; node = node->next) {
+    for (xmlNode* node = parent.children; node && found_.size() < most_; node = node->next) {
       if (node->type != XML_ELEMENT_NODE) continue;
       unsigned reached = 0;
       for (std::size_t i = 0; i < size_; ++i) {
@@ -52,13 +54,14 @@ class Search {
  private:
   std::array<Step, mostSteps> steps_ = {};
   std::size_t size_ = 0;
+  std::size_t most_;
   std::vector<xmlNode*> found_;
 };
 
 }  // namespace
 
-std::vector<xmlNode*> elementsAt(std::string_view path, xmlNode& context) {
-  Search search(path);
+std::vector<xmlNode*> elementsAt(std::string_view path, xmlNode& context, std::size_t most) {
+  Search search(path, most);
   search.below(context, 1, 1);
   return search.take();
 }
