@@ -37,6 +37,12 @@ std::string_view openFailure(std::int16_t code) {
 
 std::string cleaned(std::string_view buffer) { return text::trim(text::untilNul(buffer)); }
 
+/// The same where the text stands: most have nothing to lose.
+void clean(std::string& buffer) {
+  buffer.resize(text::untilNul(buffer).size());
+  if (buffer.starts_with(' ') || buffer.ends_with(' ')) buffer = text::trim(buffer);
+}
+
 /// The clerk is told what failed; why is for whoever looks after the installation.
 void traceReason(Runtime& runtime) {
   const std::string reason = runtime.machine.dbe.failureReason();
@@ -152,7 +158,8 @@ std::int32_t DBETXTDatabase::query(std::string& sSql, std::string& sCursor) {
     std::string cursor(smallBuffer, '\0');
     std::string count(smallBuffer, '\0');
     const std::int16_t result = dbe.DBE_Query(client_, connection_, cursor, count, buffer);
-    sSql = cleaned(buffer);
+    clean(buffer);
+    sSql = std::move(buffer);
     if (result < 0) {
       traceReason(runtime_);
       return result;
@@ -167,16 +174,16 @@ std::int32_t DBETXTDatabase::queryNext(std::string& sBuf, const std::string& sCu
   return guarded(runtime_, "DBETXTDatabase::queryNext", std::int32_t{notDone}, [&]() -> std::int32_t {
     if (!Ready_) return notDone;
     platform::DbeLibrary& dbe = runtime_.machine.dbe;
-    row_.clear();
     std::string count(smallBuffer, ' ');
-    std::string buffer;
-    const std::int16_t result = dbe.DBE_GetNextEntry(client_, connection_, 1, sCursor, count, buffer);
+    row_.clear();
+    const std::int16_t result = dbe.DBE_GetNextEntry(client_, connection_, 1, sCursor, count, row_);
     if (result < 0) {
+      row_.clear();
       sBuf.clear();
       return result;
     }
-    sBuf = cleaned(buffer);
-    row_ = sBuf;
+    clean(row_);
+    sBuf = row_;
     return leadingInt32(count);
   });
 }

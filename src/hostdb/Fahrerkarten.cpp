@@ -22,15 +22,24 @@ void Fahrerkarten::addARGO(const std::string& antragsdatum, const std::string& a
   trace.TraceParam("gueltigbis", gueltigbis);
   trace.TraceParam("kartennr", kartennr);
   trace.TraceParam("kartennralt", kartennralt);
-  auto card = Own::of<CFahrerkarte>(runtime_);
-  card.antragsdatum = antragsdatum;
-  card.ausdatum = ausdatum;
-  card.bestelldatum = bestelldatum;
-  card.gueltigab = gueltigab;
-  card.gueltigbis = gueltigbis;
-  card.kartennr = kartennr;
-  card.kartennralt = kartennralt;
-  session_.CardList.push_back(std::move(card));
+  // Made where it stays: a record is large.
+  const struct {
+    Runtime& runtime;
+    operator CFahrerkarte() const { return Own::of<CFahrerkarte>(runtime); }
+  } newCard{runtime_};
+  CFahrerkarte& card = session_.CardList.emplace_back(newCard);
+  try {
+    card.antragsdatum = antragsdatum;
+    card.ausdatum = ausdatum;
+    card.bestelldatum = bestelldatum;
+    card.gueltigab = gueltigab;
+    card.gueltigbis = gueltigbis;
+    card.kartennr = kartennr;
+    card.kartennralt = kartennralt;
+  } catch (...) {
+    session_.CardList.pop_back();
+    throw;
+  }
   ++session_.CardCount;
   trace.TraceLeave("Fahrerkarten::addARGO");
 }

@@ -103,7 +103,7 @@ class Client : public platform::DbeLibrary {
       cursor = "C" + std::to_string(found->lastCursor);
     } while (found->cursors.contains(cursor));
     count = std::to_string(answer.rows.size());
-    buffer = answer.rows.size() > 0 ? answer.rows[0] : std::string();
+    buffer = answer.rows.size() > 0 ? answer.rows[0] : std::string_view();
     found->cursors.emplace(cursor, std::move(answer));
     return done;
   }

@@ -20,12 +20,12 @@ class RowSet {
   /// Adds a row of `fields`. False when the answer is too large.
   bool add(const std::vector<std::string_view>& fields);
 
-  std::size_t size() const { return rows_.size(); }
-  const std::string& operator[](std::size_t index) const { return rows_[index]; }
+  std::size_t size() const { return ends_.size(); }
+  std::string_view operator[](std::size_t index) const;
 
  private:
-  std::vector<std::string> rows_;
-  std::size_t bytes_ = 0;
+  std::string text_;  ///< of all rows
+  std::vector<std::size_t> ends_;
 };
 
 /// Field `field` (from 1) of a row, cut to `capacity` characters; empty when the row has no such field.

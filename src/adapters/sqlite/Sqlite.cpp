@@ -94,16 +94,19 @@ class SqliteConnection : public dbe::Connection {
         this);
     sqlite3_progress_handler(
         raw, progressSteps, [](void* self) { return static_cast<SqliteConnection*>(self)->overdue() ? 1 : 0; }, this);
-    dbe::RowSet rows;
-    // The first read tells whether the file is a database at all.
-    std::optional<dbe::Failure> failure = run("select count(*) from sqlite_master", rows);
-    if (failure) database_.reset();
+    // The first look into it tells whether the file is a database at all; what it finds there is kept for the
+    // queries.
+    started_ = Clock::now();
+    const int found = sqlite3_table_column_metadata(raw, nullptr, "sqlite_master", "name", nullptr, nullptr, nullptr,
+                                                    nullptr, nullptr);
+    if (found == SQLITE_OK) return std::nullopt;
+    dbe::Failure failure = message();
+    database_.reset();
     return failure;
   }
 
   std::optional<dbe::Failure> run(const std::string& statement, dbe::RowSet& rows) override {
     started_ = Clock::now();
-    if (!begin()) return message();
     auto failure = step(statement, rows);
     // Rows are read to the end, so a transaction that has only read need not keep its lock on the file.
     if (sqlite3_txn_state(database_.get(), nullptr) != SQLITE_TXN_WRITE) end();
@@ -114,7 +117,9 @@ class SqliteConnection : public dbe::Connection {
   /// Waits for another's writing. Short pauses of uneven length let each of many have its turn.
   bool waitAgain() {
     if (Clock::now() - started_ > busyTime) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(1 + static_cast<int>(random_() % longestPause)));
+    // Seeded only now: that takes as long as a query, and few ever wait.
+    if (!random_) random_.emplace(std::random_device()());
+    std::this_thread::sleep_for(std::chrono::milliseconds(1 + static_cast<int>((*random_)() % longestPause)));
     return true;
   }
   bool overdue() const { return Clock::now() - started_ > statementTime; }
@@ -135,6 +140,9 @@ class SqliteConnection : public dbe::Connection {
     if (!statement) return dbe::Failure{"Leere Anweisung"};
     if (!onlyOne(database_.get(), tail)) return dbe::Failure{"Mehr als eine Anweisung"};
     const int columns = sqlite3_column_count(statement.get());
+    // A query takes and leaves its lock by itself.
+    const bool query = columns > 0 && sqlite3_stmt_readonly(statement.get()) != 0;
+    if (!query && !begin()) return message();
     std::vector<std::string_view> fields(static_cast<std::size_t>(columns));
     for (;;) {
       const int result = sqlite3_step(statement.get());
@@ -145,16 +153,18 @@ class SqliteConnection : public dbe::Connection {
     }
   }
 
+  /// The value is taken out once for both of its parts. Nobody else uses the connection meanwhile.
   static std::string_view value(sqlite3_stmt* statement, int column) {
-    const unsigned char* const text = sqlite3_column_text(statement, column);
-    if (!text && sqlite3_errcode(sqlite3_db_handle(statement)) == SQLITE_NOMEM) throw std::bad_alloc();
-    if (!text) return {};
-    return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
+    sqlite3_value* const value = sqlite3_column_value(statement, column);
+    const unsigned char* const text = sqlite3_value_text(value);
+    if (text) return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(sqlite3_value_bytes(value))};
+    if (sqlite3_value_type(value) != SQLITE_NULL) throw std::bad_alloc();
+    return {};
   }
 
   Database database_;
   Clock::time_point started_;
-  std::minstd_rand random_{std::random_device()()};
+  std::optional<std::minstd_rand> random_;
 };
 
 }  // namespace
