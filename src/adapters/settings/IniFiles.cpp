@@ -78,7 +78,8 @@ class IniFiles : public platform::ProfileFiles {
   }
 
   std::shared_ptr<void> hold(std::string_view file) override {
-    return file.empty() || isForeignPath(file) ? nullptr : watched(file).hold();
+    WatchedFile* const found = watched(file);
+    return found ? found->hold() : nullptr;
   }
 
   bool WritePrivateProfileString(std::string_view section, std::string_view key, std::string_view value,
@@ -105,16 +106,21 @@ class IniFiles : public platform::ProfileFiles {
  private:
   static bool isText(std::string_view bytes) { return bytes.find('\0') == std::string_view::npos; }
 
-  /// A component uses one ini file; the one used last is kept.
-  WatchedFile& watched(std::string_view file) {
-    if (!file_ || file_->path() != pathOf(file)) file_.emplace(pathOf(file));
-    return *file_;
+  /// A component uses one ini file; the one used last is kept. Null when it cannot be one of this machine.
+  WatchedFile* watched(std::string_view file) {
+    if (file_ && name_ == file) return &*file_;
+    if (file.empty() || isForeignPath(file)) return nullptr;
+    file_.reset();
+    name_ = file;
+    return &file_.emplace(pathOf(file));
   }
 
   std::optional<std::string> find(std::string_view section, std::string_view key, std::string_view file) {
-    if (file.empty() || isForeignPath(file) || section.empty() || key.empty()) return std::nullopt;
+    if (section.empty() || key.empty()) return std::nullopt;
+    WatchedFile* const watch = watched(file);
+    if (!watch) return std::nullopt;
     bool changed = false;
-    const FileContent& content = watched(file).content(changed);
+    const FileContent& content = watch->content(changed);
     if (changed) {
       lines_.reset();
       if (content.state == FileContent::State::read && isText(content.bytes)) lines_.emplace(content.bytes);
@@ -147,6 +153,7 @@ class IniFiles : public platform::ProfileFiles {
     return lines.join();
   }
 
+  std::string name_;  ///< of `file_`
   std::optional<WatchedFile> file_;
   std::optional<TextLines> lines_;
 };

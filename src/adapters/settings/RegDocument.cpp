@@ -21,9 +21,12 @@ constexpr unsigned expandStringType = 2;
 constexpr unsigned binaryType = 3;
 constexpr unsigned dwordType = 4;
 
-std::string fullPath(std::string_view key) {
+constexpr std::string_view root = "HKEY_CURRENT_USER\\";
+
+/// How the path of a key is found again.
+std::string_view plainPath(std::string_view key) {
   while (key.ends_with('\\')) key.remove_suffix(1);
-  return std::string("HKEY_CURRENT_USER\\").append(key);
+  return key;
 }
 
 bool hasControl(std::string_view text) {
@@ -115,8 +118,9 @@ bool RegDocument::index() {
     if (line.starts_with('[')) {
       // "[-key]" is no part of a store; nothing below it counts.
       const std::size_t end = line.rfind(']');
-      const bool known = end != std::string_view::npos && !line.starts_with("[-");
-      key = known ? &keys_[std::string(line.substr(1, end - 1))] : nullptr;
+      const std::string_view path = end == std::string_view::npos ? "" : line.substr(1, end - 1);
+      const bool known = text::equalNoCase(path.substr(0, root.size()), root);
+      key = known ? &keys_[std::string(path.substr(root.size()))] : nullptr;
     } else if (key != nullptr) {
       if (auto found = readValue(i)) {
         i += found->second.count - 1;
@@ -219,13 +223,13 @@ std::optional<RegistryValue> RegDocument::readHex(std::string_view data, Value& 
 }
 
 std::optional<RegistryValue> RegDocument::value(std::string_view key, std::string_view name) const {
-  const auto found = keys_.find(fullPath(key));
+  const auto found = keys_.find(plainPath(key));
   if (found == keys_.end()) return std::nullopt;
   const auto value = found->second.values.find(name);
   return value == found->second.values.end() ? std::nullopt : value->second.value;
 }
 
-bool RegDocument::hasKey(std::string_view key) const { return keys_.contains(fullPath(key)); }
+bool RegDocument::hasKey(std::string_view key) const { return keys_.contains(plainPath(key)); }
 
 /// A name that begins like a remark would do the same as a text that does, see `valueLine`. What the file's code page
 /// does not have would make another name of it.
@@ -238,8 +242,9 @@ bool RegDocument::createKey(std::string_view key) {
   if (hasKey(key)) return true;
   if (key.empty() || !holdsName(key)) return false;
   if (!withoutBlanks(lines_[lines_.size() - 1]).empty()) lines_.insert(lines_.size(), "");
-  lines_.insert(lines_.size(), "[" + fullPath(key) + "]");
-  keys_[fullPath(key)].end = lines_.size();
+  const std::string path(plainPath(key));
+  lines_.insert(lines_.size(), "[" + std::string(root) + path + "]");
+  keys_[path].end = lines_.size();
   return true;
 }
 
@@ -256,7 +261,7 @@ std::string RegDocument::valueLine(std::string_view name, std::string_view text)
 
 bool RegDocument::setString(std::string_view key, std::string_view name, std::string_view text) {
   if (!holdsName(name) || !text::isValidUtf8(text) || !createKey(key)) return false;
-  const Key& place = keys_.at(fullPath(key));
+  const Key& place = keys_.find(plainPath(key))->second;
   const std::string line = valueLine(name, text);
   const auto former = place.values.find(name);
   if (former != place.values.end()) {
@@ -268,7 +273,7 @@ bool RegDocument::setString(std::string_view key, std::string_view name, std::st
 }
 
 void RegDocument::remove(std::string_view key, std::string_view name) {
-  const auto place = keys_.find(fullPath(key));
+  const auto place = keys_.find(plainPath(key));
   if (place == keys_.end()) return;
   const auto former = place->second.values.find(name);
   if (former == place->second.values.end()) return;

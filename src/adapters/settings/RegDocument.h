@@ -58,7 +58,7 @@ class RegDocument {
 
   RegEncoding encoding_ = RegEncoding::utf16;
   TextLines lines_;
-  std::map<std::string, Key, text::LessNoCase> keys_;  ///< by path from the root on
+  std::map<std::string, Key, text::LessNoCase> keys_;  ///< by path below the current user's root
 };
 
 }  // namespace kartix::adapters
