@@ -97,16 +97,6 @@ bool Trace::put(std::initializer_list<std::string_view> parts) {
   return line.flush();
 }
 
-void Trace::TraceEnter(std::string_view name, int level) noexcept { TraceLine({">>> ", name, " >>>"}, level); }
-
-void Trace::TraceParam(std::string_view name, std::string_view value, int level) noexcept {
-  TraceLine({"*** Parameter ", name, "=", value}, level);
-}
-
-void Trace::TraceLeave(std::string_view name, std::string_view value, int level) noexcept {
-  TraceLine({"<<< ", name, " <<< ", value.empty() ? "" : "Result: ", value}, level);
-}
-
 void Trace::TraceSeparator() noexcept { TraceLine(separator, trace_level::calls); }
 
 void Trace::TraceCall(std::string_view name) noexcept {

@@ -54,8 +54,12 @@ class Trace {
   void TraceLine(std::initializer_list<std::string_view> parts, int level) noexcept {
     if (writes(level)) write(parts);
   }
-  void TraceEnter(std::string_view name, int level = trace_level::calls) noexcept;
-  void TraceParam(std::string_view name, std::string_view value, int level = trace_level::parameters) noexcept;
+  void TraceEnter(std::string_view name, int level = trace_level::calls) noexcept {
+    if (writes(level)) write({">>> ", name, " >>>"});
+  }
+  void TraceParam(std::string_view name, std::string_view value, int level = trace_level::parameters) noexcept {
+    if (writes(level)) write({"*** Parameter ", name, "=", value});
+  }
   void TraceParam(std::string_view name, std::same_as<bool> auto value,
                   int level = trace_level::parameters) noexcept {
     TraceParam(name, std::string_view(value ? "True" : "False"), level);
@@ -64,7 +68,9 @@ class Trace {
       requires(!std::same_as<decltype(value), bool>) {
     TraceParam(name, Digits(value).text(), level);
   }
-  void TraceLeave(std::string_view name, std::string_view value = {}, int level = trace_level::calls) noexcept;
+  void TraceLeave(std::string_view name, std::string_view value = {}, int level = trace_level::calls) noexcept {
+    if (writes(level)) write({"<<< ", name, " <<< ", value.empty() ? "" : "Result: ", value});
+  }
   void TraceLeave(std::string_view name, std::same_as<bool> auto value) noexcept {
     TraceLeave(name, std::string_view(value ? "True" : "False"));
   }
