@@ -44,13 +44,14 @@ std::vector<std::string> textsOf(const std::string& answer);
 /// A connection that is kept as long as the server keeps it.
 class Line {
  public:
-  /// With `client` over TLS, trusting `authority`.
+  /// With `client` over TLS, trusting `authority` besides those that the system trusts.
   explicit Line(std::string address, const test::PemFiles* client = nullptr, const std::string& authority = "");
 
   /// Sends a body and gives that of the answer; throws `std::runtime_error` when there is none.
   std::string exchange(const std::string& body);
 
  private:
+  std::string authority_;
   std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle_{curl_easy_init(), curl_easy_cleanup};
   std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers_;
 };

@@ -14,6 +14,8 @@ struct Orders {
 
   /// The pictures as the host has made them.
   static void makePictures(const test::Installation& installation);
+  /// Scales and writes them once more, beside those of the order.
+  static void prepareAgain(const test::Installation& installation);
   /// A picture by the end of its name: "JP0" as made, "JP2" as sent.
   static std::filesystem::path picture(const test::Installation& installation, const char* kind);
 };

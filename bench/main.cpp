@@ -7,10 +7,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <regex>
 #include <span>
 #include <string_view>
+#include <utility>
 
+#include "bench/Bureau.h"
 #include "bench/Results.h"
 #include "bench/Targets.h"
 
@@ -80,13 +83,17 @@ Result resultOf(const Target& target, const Keeper& keeper) {
 
 namespace {
 
+/// What a benchmark works with is made in a call before those that count: by the first of these the library reckons
+/// how many there are to be.
 benchmark::internal::Benchmark* registered(const std::string& name, std::function<bool()> run) {
-  return benchmark::RegisterBenchmark(name.c_str(),
-                                      [run = std::move(run)](benchmark::State& state) {
-                                        while (state.KeepRunning()) {
-                                          if (!run()) state.SkipWithError("failed");
-                                        }
-                                      })
+  return benchmark::RegisterBenchmark(
+             name.c_str(),
+             [run = std::move(run), ready = std::make_shared<bool>()](benchmark::State& state) {
+               if (!std::exchange(*ready, true)) run();
+               while (state.KeepRunning()) {
+                 if (!run()) state.SkipWithError("failed");
+               }
+             })
       ->Unit(benchmark::kMicrosecond);
 }
 
@@ -108,6 +115,31 @@ Target compare(const std::string& what, std::function<bool()> component, const s
           {add(what + ", component", std::move(component))},
           {add(what + ", " + library, std::move(bare))},
           most};
+}
+
+Target compareInTurns(const std::string& what, std::function<bool()> component, const std::string& library,
+                      std::function<bool()> bare, double most) {
+  const auto figure = [component = std::move(component), bare = std::move(bare)] {
+    constexpr int rounds = 9;
+    constexpr double secondsOfRound = 0.4;
+    if (!component() || !bare()) return -1.0;
+    std::vector<double> ratios;
+    for (int round = 0; round < rounds; ++round) {
+      double own = 0;
+      double other = 0;
+      while (own + other < secondsOfRound) {
+        const double before = threadSeconds();
+        if (!component()) return -1.0;
+        const double between = threadSeconds();
+        if (!bare()) return -1.0;
+        own += between - before;
+        other += threadSeconds() - between;
+      }
+      ratios.push_back(own / other);
+    }
+    return medianOf(std::move(ratios));
+  };
+  return {.what = what + ", to plain " + library, .most = most, .unit = "times", .figure = figure};
 }
 
 Target compareTimed(const std::string& what, std::function<double()> component, const std::string& library,
