@@ -120,8 +120,8 @@ Target compare(const std::string& what, std::function<bool()> component, const s
 Target compareInTurns(const std::string& what, std::function<bool()> component, const std::string& library,
                       std::function<bool()> bare, double most) {
   const auto figure = [component = std::move(component), bare = std::move(bare)] {
-    constexpr int rounds = 9;
-    constexpr double secondsOfRound = 0.4;
+    constexpr int rounds = 15;
+    constexpr double secondsOfRound = 0.5;
     if (!component() || !bare()) return -1.0;
     std::vector<double> ratios;
     for (int round = 0; round < rounds; ++round) {

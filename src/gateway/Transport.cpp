@@ -150,7 +150,7 @@ std::string KBAInterface::FileToBase64(const std::string& path) {
   std::string text;
   text.reserve(static_cast<std::size_t>((size + 2) / 3 * 4));
   // Piece by piece, in whole groups of three bytes: the file as a whole need not be in memory beside its text.
-  constexpr std::uintmax_t piece = 48 * 1024;
+  constexpr std::uintmax_t piece = std::uintmax_t{48} * 1024;
   std::string bytes;
   for (std::uintmax_t left = size; left > 0; left -= bytes.size()) {
     bytes.resize(static_cast<std::size_t>(std::min(left, piece)));

@@ -92,7 +92,9 @@ void addLine(Side& side, std::size_t count, std::size_t stride, std::size_t firs
                  [&](double share) { return static_cast<std::int16_t>(rounded(share)); });
   // What rounding has left over goes where it is seen least.
   const auto end = own + static_cast<std::ptrdiff_t>(shares.size());
-  *std::max_element(own, end) += static_cast<std::int16_t>(whole - line.around - std::accumulate(own, end, 0));
+  const int left = whole - line.around - std::accumulate(own, end, 0);
+  std::int16_t& most = *std::max_element(own, end);
+  most = static_cast<std::int16_t>(most + left);
 }
 
 /// Lines of one side, which the result has `target` of. The picture has `count` pixels from `at` on, on a canvas of
@@ -101,7 +103,7 @@ Side linesOfSide(int count, double at, double canvas, int target, std::size_t st
   const double step = canvas / target;
   const double reach = std::max(step, 1.0);
   // The picture as if its width were even: the pixel after the last has no share.
-  const auto even = static_cast<std::size_t>(count + count % 2);
+  const std::size_t even = static_cast<std::size_t>(count) + static_cast<std::size_t>(count % 2);
   Side side;
   side.pairs = std::min((static_cast<std::size_t>(2 * lobes * reach) + 1 + stride) / 2, even / 2);
   side.lines.reserve(static_cast<std::size_t>(target));
@@ -233,8 +235,9 @@ void resample(const View& picture, const Canvas& canvas, const Target& result) {
   const Colour around =
       grey ? Colour{part(0), part(0), part(0), part(0)} : Colour{part(0), part(green), part(red), opaque};
   std::vector<const std::uint8_t*> rows(2 * lines.pairs);
-  std::vector<std::int16_t> sums(static_cast<std::size_t>(picture.width + picture.width % 2) *
-                                 static_cast<std::size_t>(picture.channels));
+  std::vector<std::int16_t> sums(
+      (static_cast<std::size_t>(picture.width) + static_cast<std::size_t>(picture.width % 2)) *
+      static_cast<std::size_t>(picture.channels));
   for (int y = 0; y < result.height; ++y) {
     addRows(sums, picture, lines, static_cast<std::size_t>(y), rows, around);
     if (grey) {
