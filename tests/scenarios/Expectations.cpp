@@ -18,18 +18,9 @@
 namespace kartix::test {
 namespace {
 
-/// A failure shows the lines that differ: "-" is expected, "+" is found.
+/// A failure shows the lines that differ.
 void expectSame(const std::string& what, const std::string& found, const std::string& expected) {
-  if (found == expected) return;
-  const std::vector<std::string> left = linesOf(expected);
-  const std::vector<std::string> right = linesOf(found);
-  const auto [begin, rightBegin] = std::mismatch(left.begin(), left.end(), right.begin(), right.end());
-  const auto [end, rightEnd] = std::mismatch(left.rbegin(), std::make_reverse_iterator(begin), right.rbegin(),
-                                             std::make_reverse_iterator(rightBegin));
-  std::string report = what + " differ from line " + std::to_string(begin - left.begin() + 1) + ":\n";
-  std::for_each(begin, end.base(), [&](const std::string& line) { report += "- " + line + "\n"; });
-  std::for_each(rightBegin, rightEnd.base(), [&](const std::string& line) { report += "+ " + line + "\n"; });
-  ADD_FAILURE() << report;
+  EXPECT_EQ(expected, found) << what;
 }
 
 /// One entry a line.

@@ -22,22 +22,12 @@ TEST(IniFiles, ReadsAsTheProfileCallsDo) {
   const auto read = [&](const std::string& section, const std::string& key, std::size_t size = 1024) {
     return ini->GetPrivateProfileString(section, key, "-", size, file);
   };
-  struct Case {
-    std::string section, key, value;
-  };
-  for (const Case& c : {Case{"ZKR", "ort", "Köln"},
-                        {"zkr", "QUOTED", " a "},
-                        {"zkr", "single", "b"},
-                        {"zkr", "half", "\"c"},
-                        {"zkr", "sum", "1=2"},
-                        {"zkr", "word", "-"},
-                        {"zkr", "empty", ""},
-                        {"next", "unix", "x"},
-                        {"zkr", "late", "-"},
-                        {"zkr", "stray", "-"},
-                        {"no", "ort", "-"},
-                        {"zkr", ";ort", "-"}}) {
-    EXPECT_EQ(read(c.section, c.key), c.value) << c.section << "." << c.key;
+  for (const std::string wanted :
+       {"ZKR.ort=Köln", "zkr.QUOTED= a ", "zkr.single=b", "zkr.half=\"c", "zkr.sum=1=2", "zkr.word=-",
+        "zkr.empty=", "next.unix=x", "zkr.late=-", "zkr.stray=-", "no.ort=-", "zkr.;ort=-"}) {
+    const auto dot = wanted.find('.');
+    const std::string key = wanted.substr(dot + 1, wanted.find('=') - dot - 1);
+    EXPECT_EQ(wanted.substr(0, dot) + "." + key + "=" + read(wanted.substr(0, dot), key), wanted);
   }
   EXPECT_EQ(read("ZKR", "ort", 3), "Kö");
   EXPECT_EQ(read("ZKR", "ort", 0), "");
