@@ -71,12 +71,6 @@ TEST_P(Connection, EveryFailureToOpenHasItsMessage) {
     EXPECT_EQ(openingMessage(), c.message) << c.value;
     EXPECT_THAT(machine.dbe->failureReason(), HasSubstr(c.reason)) << c.value;
     EXPECT_THAT(machine.dbe->failureReason(), Not(HasSubstr("asswort"))) << c.value;
-    // The clerk sees the operation's own error on top.
-    EXPECT_FALSE(argo.LoadMitteilung());
-    EXPECT_THAT(machine.messages.take(),
-                ElementsAre(c.message,
-                            "ARGO Kartix: Fehler|(1000)\r\nDatenbankfehler: Datenbank konnte nicht geöffnet "
-                            "werden."));
     k.*c.setting = before;
   }
   EXPECT_EQ(openingMessage(), "");
@@ -97,16 +91,6 @@ TEST_P(ServerConnection, ApplicationKeyIsNoPartOfThePassword) {
   EXPECT_EQ(open("argosys", "Systempasswort", "ARGO-Schluessel"), 1);
   EXPECT_EQ(open("argosys", "falsch", "ARGO-Schluessel"), -1);
   EXPECT_EQ(open("halbsys", "a;b", ""), 0);
-}
-
-TEST_P(ServerConnection, OneOfSeveralServersIsEnough) {
-  Konfiguration& k = runtime.konfiguration;
-  const std::string port = k.ServerPort;
-  k.ServerIP = "127.0.0.1 , 127.0.0.1";
-  for (const std::string& ports : {port, "1, " + port, port + ",1"}) {
-    k.ServerPort = ports;
-    EXPECT_EQ(openingMessage(), "") << ports;
-  }
 }
 
 TEST_P(ServerConnection, TlsIsAsWished) {

@@ -96,15 +96,5 @@ TEST_P(Loading, CardListGrowsByTheCurrentCards) {
   EXPECT_THAT(machine.messages.take(), IsEmpty());
 }
 
-TEST_P(Loading, AListThatCannotBeReadIsNoEmptyList) {
-  addPerson("4711");
-  addCard("1", "NA", "DF1");
-  session.CurrentLfdnr = "1";
-  execute("alter table fahrerkarte rename column vorgangschl to anders");
-  EXPECT_FALSE(argo.Load());
-  EXPECT_THAT(machine.messages.take(),
-              ElementsAre("ARGO Kartix: Fehler|(1003)\r\nDatenbankfehler: Abfragen der Kartendaten fehlgeschlagen."));
-}
-
 }  // namespace
 }  // namespace kartix::test

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <utility>
 
 #include "common/Values.h"
@@ -11,8 +10,6 @@
 #include "kartix/ObjectClasses.h"
 #include "platform/ObjectClasses.h"
 #include "runtime/Runtime.h"
-#include "support/Files.h"
-#include "support/TempDir.h"
 
 namespace kartix {
 namespace {
@@ -47,15 +44,6 @@ TEST(HostObjects, OfTheHostGoFirstAndThoseOfTheComponentAreAskedFor) {
   EXPECT_EQ(whoAnswers("TSW.Other"), "nobody");
   registerAutomationClass(order, {});
   EXPECT_EQ(whoAnswers(order), "gateway");
-}
-
-TEST(HostObjects, ImageFileIsFoundUnderTheNameThatTheOrderPassesOn) {
-  const test::TempDir directory;
-  std::filesystem::create_directory(directory / "00");
-  test::writeBytes(directory / "00/4711.JP2", "x");
-  const std::string root = directory.path().string();
-  EXPECT_EQ(imageFile(root + R"(\00\4711.jp2)"), root + "/00/4711.JP2");
-  EXPECT_EQ(imageFile(root + R"(\00\4711.jp3)"), root + "/00/4711.jp3");
 }
 
 }  // namespace

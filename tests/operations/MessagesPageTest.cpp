@@ -11,7 +11,6 @@
 #include "gateway/Answers.h"
 #include "gateway/KBAInterface.h"
 #include "platform/XmlLibrary.h"
-#include "support/Dtd.h"
 #include "support/Files.h"
 
 namespace kartix {
@@ -68,8 +67,6 @@ TEST(MessagesPage, ShowsWhatIsSentAndAnswersThatAreUnderstood) {
       answers.push_back(meaning(example));
       continue;
     }
-    const std::string bytes = codepage::toIsoXml(example);
-    EXPECT_EQ(test::dtdViolations(bytes), "") << example;
     sent.push_back(example.substr(example.rfind("</")));
   }
   EXPECT_EQ(sent, (std::vector<std::string>{"</ZEVIS-LOGIN>\n", "</zkr-anfrage>\n", "</zkr-anfrage>\n",

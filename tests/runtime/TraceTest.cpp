@@ -41,15 +41,5 @@ TEST_F(TraceFile, IsForItsOwnerAlone) {
   EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
 }
 
-TEST_F(TraceFile, LevelStoredAsANumberIsRead) {
-  test::writeBytes(machine.directory / "registry.reg",
-                   "REGEDIT4\r\n[HKEY_CURRENT_USER\\Software\\Tessel\\ARGO KBA ONLINE\\ZFER]\r\n"
-                   "\"DebugLevel\"=dword:00000003\r\n\"DebugFile\"=\"" +
-                       file + "\"\r\n");
-  runtime.TraceOpen();
-  EXPECT_TRUE(runtime.trace.TraceOn());
-  EXPECT_EQ(runtime.trace.DebugLevel(), 3);
-}
-
 }  // namespace
 }  // namespace kartix

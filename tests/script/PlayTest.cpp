@@ -123,12 +123,6 @@ TEST_F(Play, EveryActionReachesTheWindowAndTheTranscript) {
                              R"("Label1":{"text":"Zeile 1\r\nZeile )"
                              "\xEF\xBF\xBD"
                              R"(","enabled":true,"visible":true},"Button[1]":)"));
-  EXPECT_THAT(all, HasSubstr(R"("XPOption[0]":{"text":"","enabled":true,"visible":true,"selected":true},)"
-                             R"("Combo[0]":{"text":"Reklamation","enabled":true,"visible":true,)"
-                             R"("items":["Neu","Reklamation"]},)"
-                             R"("Liste":{"text":"","enabled":true,"visible":true,)"
-                             R"("rows":[["a","b"],["c","d"]],"columns":[]},)"
-                             R"("Progress":{"text":"","enabled":true,"visible":true,"value":30})"));
 }
 
 TEST_F(Play, WhatDoesNotFitIsToldWithExpectedAndFound) {
@@ -155,11 +149,6 @@ TEST_F(Play, WhatDoesNotFitIsToldWithExpectedAndFound) {
 }
 
 TEST_F(Play, AMismatchNamesWhatThereIs) {
-  play(R"([{"window":"Counter","click":"Button[0]"},{"window":"MessageBox","click":"Button[0]"}])");
-  EXPECT_THAT(mismatch, HasSubstr("\n  open windows: \"Counter\", \"MessageBox\""
-                                  "\n  controls of \"MessageBox\": \"Label1\", \"Button[1]\""));
-  EXPECT_THAT(out.str(),
-              HasSubstr(R"(found no control \"Button[0]\"","windows":["Counter","MessageBox"],"controls":{)"));
   play(R"([{"window":"Counter","pick":7}])");
   EXPECT_THAT(mismatch,
               HasSubstr("\n  open windows: \"Counter\""
@@ -197,29 +186,7 @@ TEST(Script, TellsTheFirstBadStep) {
   }
 }
 
-TEST(Objects, AnswerAsTheFileSaysAndLeaveTheirCallsInTheTranscript) {
-  using platform::Value;
-  const auto stand =
-      makeScriptedObjects(R"({"A": {"Do": [2, "last"], "Get": {"1": "eins", "True": null}}, "B": null})");
-  std::ostringstream out;
-  Transcript transcript(out);
-  const auto classes = makeRecordingObjects(*stand, transcript);
-  const auto a = classes->createObject("A");
-  EXPECT_EQ(a->call("SetDbePass", {std::string("geheim")}), Value());
-  EXPECT_EQ(a->call("Do", {}), Value(std::int64_t{2}));
-  EXPECT_EQ(classes->createObject("A")->call("Do", {}), Value("last"));
-  EXPECT_EQ(a->call("Do", {}), Value("last"));
-  EXPECT_EQ(a->call("Get", {std::int64_t{1}}), Value("eins"));
-  EXPECT_THROW(a->call("Gone", {}), platform::AutomationError);
-  EXPECT_THROW(classes->createObject("B"), platform::AutomationError);
-  EXPECT_THROW(classes->createObject("C"), platform::AutomationError);
-  EXPECT_EQ(out.str(), R"({"event":"object","progid":"A","member":"SetDbePass","args":["*****"],"returns":null}
-{"event":"object","progid":"A","member":"Do","args":[],"returns":2}
-{"event":"object","progid":"A","member":"Do","args":[],"returns":"last"}
-{"event":"object","progid":"A","member":"Do","args":[],"returns":"last"}
-{"event":"object","progid":"A","member":"Get","args":[1],"returns":"eins"}
-{"event":"object","progid":"A","member":"Gone","args":[],)"
-                       "\"error\":\"Objekt unterstützt diese Eigenschaft oder Methode nicht: Gone\"}\n");
+TEST(Objects, OfAFileThatSaysSomethingElseAreRefused) {
   for (const char* bad : {"[]", R"({"A": 1})", R"({"A": {"Do": []}})", R"({"A": {"Do": {"1": [1]}}})"}) {
     EXPECT_THROW(makeScriptedObjects(bad), BadInput) << bad;
   }

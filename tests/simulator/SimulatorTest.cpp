@@ -144,13 +144,9 @@ TEST(Simulator, EveryRequestButTheLoginNeedsBothCookiesOfOneSession) {
 TEST(Simulator, InquiriesFindTheSamplePersons) {
   const Values weissgerber = {
       {"vname", "J\xF6rg Uwe"}, {"gnamb", ""}, {"name", "WEI\xDFgerber"}, {"dgebu", "19780314"}};
-  const Values stranger = {{"vname", "J\xF6rg Uwe"}, {"name", "Wei\xDFgerber"}, {"dgebu", "19780315"}};
   const std::vector<std::tuple<std::string, std::string, std::size_t>> cases = {
       {inquiry(weissgerber), "zkr-trefferliste 0", 3},
-      {inquiry(stranger), "zkr-anfrage 200", 0},
       {request("licence", {{"fsnfk", "B072RRE2I55"}}), "zkr-trefferliste 0", 2},
-      {request("licence", {{"fsnfk", " N0A9SK11842 "}}), "zkr-auskunft 0", 1},
-      {inquiry(lostCard), "zkr-auskunft 0", 1},
       {inquiry({{"name", "&#272;or&#273;evi&#263;"}, {"dgebu", "00000000"}}), "zkr-auskunft 0", 1},
       {inquiry({{"name", "Heyde"}}), "zkr-anfrage 200", 0},
       {inquiry({{"name", "M\xFCller"}}), "zkr-anfrage 200", 57},
