@@ -347,5 +347,16 @@ TEST_F(Transport, SuccessIsNoneBeforeTheRequestHasGoneOut) {
   }
 }
 
+TEST_F(Transport, Base64IsOneLine) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"", ""}, {"f", "Zg=="}, {"fo", "Zm8="}, {"foo", "Zm9v"}, {std::string("\0\xFF", 2), "AP8="}};
+  for (const auto& [bytes, text] : cases) EXPECT_EQ(library->TESSELHTTPbase64encode(bytes), text);
+  std::string expected;
+  for (int i = 0; i < 2000000; ++i) expected += "Zm9v";
+  std::string bytes;
+  for (int i = 0; i < 2000000; ++i) bytes += "foo";
+  EXPECT_TRUE(library->TESSELHTTPbase64encode(bytes + "f") == expected + "Zg==");
+}
+
 }  // namespace
 }  // namespace kartix::adapters
