@@ -88,7 +88,7 @@ TEST_F(CInterface, TellsWhatIsWrongWithACall) {
   Object kartix("Kartix");
   Object database("DBETXTDatabase");
   Object person("CPersonalien");
-  const auto call = [](const Object& object, const char* member, std::vector<kartix_value> given) {
+  const auto calling = [](const Object& object, const char* member, std::vector<kartix_value> given) {
     return kartix_call(object.number, member, given.data(), static_cast<std::int32_t>(given.size()), nullptr);
   };
   kartix_object released = 0;
@@ -124,15 +124,15 @@ TEST_F(CInterface, TellsWhatIsWrongWithACall) {
       {kartix_register_class("Eigene.Klasse", &noCall), KARTIX_NULL_POINTER},
       {kartix_use_settings(nullptr), KARTIX_NULL_POINTER},
       {kartix_use_settings(&noRead), KARTIX_NULL_POINTER},
-      {call(kartix, "ZKRAnfrage", {}), KARTIX_WRONG_COUNT},
-      {call(kartix, "ZKRAnfrage", {value, value}), KARTIX_WRONG_COUNT},
-      {call(kartix, "ZKRAnfrage", {kartix_integer(1)}), KARTIX_WRONG_TYPE},
-      {call(kartix, "ZKRAnfrage", {kartix_empty()}), KARTIX_WRONG_TYPE},
-      {call(kartix, "ZKRAnfrage", {{17, {}}}), KARTIX_WRONG_TYPE},
-      {call(kartix, "ZKRAnfrage", {kartix_text("\xC3")}), KARTIX_INVALID_TEXT},
-      {call(kartix, "ZKRAnfrage", {kartix_text(nullptr)}), KARTIX_NULL_POINTER},
-      {call(database, "Datafield", {kartix_integer(std::int64_t{1} << 15)}), KARTIX_OUT_OF_RANGE},
-      {call(database, "Datafield", {kartix_text("1")}), KARTIX_WRONG_TYPE},
+      {calling(kartix, "ZKRAnfrage", {}), KARTIX_WRONG_COUNT},
+      {calling(kartix, "ZKRAnfrage", {value, value}), KARTIX_WRONG_COUNT},
+      {calling(kartix, "ZKRAnfrage", {kartix_integer(1)}), KARTIX_WRONG_TYPE},
+      {calling(kartix, "ZKRAnfrage", {kartix_empty()}), KARTIX_WRONG_TYPE},
+      {calling(kartix, "ZKRAnfrage", {{17, {}}}), KARTIX_WRONG_TYPE},
+      {calling(kartix, "ZKRAnfrage", {kartix_text("\xC3")}), KARTIX_INVALID_TEXT},
+      {calling(kartix, "ZKRAnfrage", {kartix_text(nullptr)}), KARTIX_NULL_POINTER},
+      {calling(database, "Datafield", {kartix_integer(std::int64_t{1} << 15)}), KARTIX_OUT_OF_RANGE},
+      {calling(database, "Datafield", {kartix_text("1")}), KARTIX_WRONG_TYPE},
       {kartix_let(person.number, "anrede", kartix_integer(1)), KARTIX_WRONG_TYPE},
       {kartix_let(person.number, "anrede", kartix_text("1")), KARTIX_OK},
       {kartix_last_error(nullptr, &text), KARTIX_NULL_POINTER},
