@@ -86,13 +86,18 @@ std::int32_t KBAInterface::PostXml(std::string_view path, const platform::XmlDoc
   platform::HttpLibrary& library = runtime_.machine.http;
   const Hourglass hourglass(runtime_.global);
 
+  // The clerk is told nothing of this; whoever looks after the installation finds it.
+  const auto unprepared = [&](std::string_view what) {
+    runtime_.trace.TraceLine({"HTTP-Anfrage nicht vorbereitet: ", what}, trace_level::calls);
+    return 0;
+  };
   const auto http = library.TESSELHTTPCreate();
-  if (!http) return 0;
-  if (http->TESSELHTTPsetServer(settings.ZEVISServer, settings.ZEVISPort) != 0) return 0;
-  if (http->TESSELHTTPsetMethod("POST") != methodSet) return 0;
+  if (!http) return unprepared("TESSELHTTPCreate");
+  if (http->TESSELHTTPsetServer(settings.ZEVISServer, settings.ZEVISPort) != 0) return unprepared("Server und Port");
+  if (http->TESSELHTTPsetMethod("POST") != methodSet) return unprepared("POST");
   http->TESSELHTTPsetContentType("text/xml");
-  if (http->TESSELHTTPsetPath(path) != 0) return 0;
-  if (http->TESSELHTTPsetBody(bytesOnTheWire(request)) != 0) return 0;
+  if (http->TESSELHTTPsetPath(path) != 0) return unprepared("Pfad");
+  if (http->TESSELHTTPsetBody(bytesOnTheWire(request)) != 0) return unprepared("Inhalt");
   addCookies(*http, cookies_);
   addTls(*http, settings);
   if (effect == Effect::changes) http->useFreshConnection();

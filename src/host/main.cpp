@@ -1,8 +1,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -44,6 +46,18 @@ int finish(int status) {
   return status == exit_status::scriptDidNotFit || status == exit_status::done ? exit_status::failed : status;
 }
 
+/// The library for the arguments says of functions that allocate that they throw nothing.
+[[noreturn]] void endWithoutMemory() {
+  try {
+    if (const auto thrown = std::current_exception()) std::rethrow_exception(thrown);
+  } catch (const std::bad_alloc&) {
+    std::fputs("kartix: not enough memory for the arguments\n", stderr);
+    std::_Exit(exit_status::failed);
+  } catch (...) {
+  }
+  std::abort();
+}
+
 int runCommand(std::vector<std::string> arguments) {
   CLI::App app("Driver card operations of a licence authority", "kartix");
   int exit = exit_status::done;
@@ -57,6 +71,9 @@ int runCommand(std::vector<std::string> arguments) {
   addSettingsCommand(app, exit);
   addDoctorCommand(app, exit);
   addOrdersCommand(app, exit);
+  // What the command itself does comes after that.
+  const std::terminate_handler usual = std::set_terminate(endWithoutMemory);
+  app.parse_complete_callback([usual] { std::set_terminate(usual); });
   try {
     app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
