@@ -16,13 +16,19 @@ struct ThreadEnd {
   ThreadEnd& operator=(const ThreadEnd&) = delete;
 };
 
+void watchThread() { static thread_local const ThreadEnd end; }
+
+/// The C library takes memory to remember that, and ends the process when it has none. The thread that loads the
+/// library, which makes the calls as a rule, has it remembered before there is anything to lose.
+[[maybe_unused]] const bool loadingThreadWatched = (watchThread(), true);
+
 }  // namespace
 
 bool Calls::onOwnThread() {
   const std::thread::id caller = std::this_thread::get_id();
   std::thread::id owner;
   if (!owner_.compare_exchange_strong(owner, caller) && owner != caller) return false;
-  static thread_local const ThreadEnd end;
+  watchThread();
   return true;
 }
 

@@ -21,8 +21,8 @@ class Calls {
   /// Does what other threads have left. On the own thread only.
   void catchUp();
 
-  /// True once the calling thread has made a call and its objects of static storage are going: with the main thread,
-  /// the process is ending and the libraries underneath may be gone.
+  /// True once the calling thread, which has made a call or loaded the library, loses its objects of static storage:
+  /// with the main thread, the process is ending and the libraries underneath may be gone.
   static bool threadEnds();
 
   /// The turn of an exclusive call, taken on the own thread when no other is running.

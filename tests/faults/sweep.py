@@ -211,7 +211,8 @@ class Place:
             "KARTIX_FAULT": f"{kind}:{place}:{FAULTS[fault]}:{getattr(errno, error)}"}
         seen = (self.aside / "exchanges").stat().st_size
         process = subprocess.Popen([self.kartix, *self.command(run)], cwd=self.d, env=environment, text=True,
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                   errors="backslashreplace")
         try:
             out, err = process.communicate(timeout=PATIENCE)
             status = process.returncode
@@ -254,6 +255,8 @@ def problems(place, run, fault, ended, clean, old):
         return ["a broken line in the order book"]
     name, variant = run.split("-")
     found = [f"status {ended.status}"] if ended.status > 3 else []
+    if re.search(r"\\x[89a-f]", ended.out + ended.err):
+        found.append("words that are no UTF-8")
     if ended.status and not ended.err and not fault.endswith(":on"):
         found.append("failed without a word on standard error")
     if name == "settings" and ended.status == 0 and ended.files != clean.files:
