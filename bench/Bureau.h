@@ -16,6 +16,13 @@ namespace kartix::bench {
 /// Seconds that the processor has spent on this thread.
 double threadSeconds();
 
+/// Those that `work` takes; a negative number when it gives False.
+template <class Work>
+double secondsOf(Work work) {
+  const double start = threadSeconds();
+  return work() ? threadSeconds() - start : -1;
+}
+
 /// An installation with a gateway that gives one answer again and again, and a scripted clerk.
 class Bureau {
  public:

@@ -100,13 +100,10 @@ std::vector<Target> programTargets() {
   const auto speck = later<Photo>(QSize(8, 8));
   std::vector<Target> targets;
   for (const auto& [program, most] : {std::pair(&programs[0], 0.5), std::pair(&programs[1], 1.2)}) {
-    targets.push_back(compareTimed(
+    targets.push_back(compareInTurns(
         "photo of 12 megapixels prepared by " + program->name,
-        [photo] {
-          const double start = threadSeconds();
-          return prepared(photo()) ? threadSeconds() - start : -1;
-        },
-        program->name, [photo, speck, program = program] { return program->seconds(photo(), speck()); }, most));
+        [photo] { return secondsOf([&] { return prepared(photo()); }); }, program->name,
+        [photo, speck, program = program] { return program->seconds(photo(), speck()); }, most));
   }
   return targets;
 }

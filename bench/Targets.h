@@ -39,13 +39,9 @@ Target compare(const std::string& what, std::function<bool()> component, const s
                std::function<bool()> bare, double most);
 
 /// The same for work of milliseconds, in which what else the machine does tells: one call of either in turn, so that
-/// both meet the same of it.
-Target compareInTurns(const std::string& what, std::function<bool()> component, const std::string& library,
-                      std::function<bool()> bare, double most);
-
-/// The same for work that takes its own time, in seconds; a negative one tells that it has failed.
-Target compareTimed(const std::string& what, std::function<double()> component, const std::string& library,
-                    std::function<double()> bare, double most);
+/// both meet the same of it. Each gives its seconds, or a negative number when it has failed.
+Target compareInTurns(const std::string& what, std::function<double()> component, const std::string& library,
+                      std::function<double()> bare, double most);
 
 /// The middle one of seven measurements.
 double medianOfSeven(const std::function<double()>& measure);

@@ -26,8 +26,7 @@ double medianOf(std::vector<double> values) {
   return *middle;
 }
 
-/// Shows the runs as usual, and keeps the time of each round: the processor's, so that the disk does not count, or
-/// the one that the work has taken itself.
+/// Shows the runs as usual, and keeps the time of each round: the processor's, so that the disk does not count.
 class Keeper : public benchmark::ConsoleReporter {
  public:
   Keeper() : ConsoleReporter(OO_Tabular) {}
@@ -36,9 +35,8 @@ class Keeper : public benchmark::ConsoleReporter {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
       if (run.error_occurred || run.run_type != Run::RT_Iteration) continue;
-      const bool own = run.run_name.time_type == "manual_time";
-      const double seconds = own ? run.real_accumulated_time : run.cpu_accumulated_time;
-      rounds_[run.run_name.function_name].push_back(seconds / static_cast<double>(run.iterations));
+      const double seconds = run.cpu_accumulated_time / static_cast<double>(run.iterations);
+      rounds_[run.run_name.function_name].push_back(seconds);
     }
   }
 
@@ -117,50 +115,28 @@ Target compare(const std::string& what, std::function<bool()> component, const s
           most};
 }
 
-Target compareInTurns(const std::string& what, std::function<bool()> component, const std::string& library,
-                      std::function<bool()> bare, double most) {
+Target compareInTurns(const std::string& what, std::function<double()> component, const std::string& library,
+                      std::function<double()> bare, double most) {
   const auto figure = [component = std::move(component), bare = std::move(bare)] {
     constexpr int rounds = 15;
     constexpr double secondsOfRound = 0.5;
-    if (!component() || !bare()) return -1.0;
+    if (component() < 0 || bare() < 0) return -1.0;
     std::vector<double> ratios;
     for (int round = 0; round < rounds; ++round) {
       double own = 0;
       double other = 0;
       while (own + other < secondsOfRound) {
-        const double before = threadSeconds();
-        if (!component()) return -1.0;
-        const double between = threadSeconds();
-        if (!bare()) return -1.0;
-        own += between - before;
-        other += threadSeconds() - between;
+        const double first = component();
+        const double second = bare();
+        if (first < 0 || second < 0) return -1.0;
+        own += first;
+        other += second;
       }
       ratios.push_back(own / other);
     }
     return medianOf(std::move(ratios));
   };
   return {.what = what + ", to plain " + library, .most = most, .unit = "times", .figure = figure};
-}
-
-Target compareTimed(const std::string& what, std::function<double()> component, const std::string& library,
-                    std::function<double()> bare, double most) {
-  const auto addTimed = [](const std::string& name, std::function<double()> run) -> Round {
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [run = std::move(run)](benchmark::State& state) {
-                                   while (state.KeepRunning()) {
-                                     const double seconds = run();
-                                     if (seconds < 0) state.SkipWithError("failed");
-                                     state.SetIterationTime(std::max(seconds, 0.0));
-                                   }
-                                 })
-        ->Unit(benchmark::kMicrosecond)
-        ->UseManualTime();
-    return {name, 1};
-  };
-  return {what + ", to plain " + library,
-          {addTimed(what + ", component", std::move(component))},
-          {addTimed(what + ", " + library, std::move(bare))},
-          most};
 }
 
 double medianOfSeven(const std::function<double()>& measure) {
