@@ -293,7 +293,7 @@ def problems_of_operation(operation, ended, clean):
     # Where not even the message of the trace was answered, all that failed is the script, which waited for it.
     begun = '"event":"step"' in ended.transcript
     said = ({*messages} - {*clean.messages()} or "fehlgeschlagen" in ended.transcript or "incomplete" in ended.err or
-            ended.status == 1 and ended.err)
+            ended.status == 1 and ended.err and "Call: " not in ended.trace)
     if ended.status in (0, 3) and result is None:
         yield "no result"
     if taken > 1:
